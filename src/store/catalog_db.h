@@ -1,0 +1,85 @@
+// The catalog database: schema upkeep and the plain operations on catalogs, groups, files and the scan log.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "store/records.h"
+#include "store/sqlite_db.h"
+
+namespace orrelin {
+
+struct VolumeInfo;
+
+class CatalogDB {
+ public:
+  // Column orders that mapCatalog and mapFile read.
+  static constexpr const char* catalogColumns =
+      "id, name, group_id, root_path, volume_name, volume_uuid, volume_format, capacity, free_space, "
+      "is_network, is_removable, is_folder, file_count, folder_count, total_size, created_at, scanned_at, "
+      "notes, is_sample";
+  static constexpr const char* fileColumns =
+      "f.id, f.catalog_id, f.parent_id, f.path, f.name, f.is_dir, f.size, f.kind, f.uti, f.ext, f.created, "
+      "f.modified, f.tags, f.label, f.hidden, f.sha256, f.thumb, f.duration, f.width, f.height, f.meta, "
+      "f.item_count";
+  static constexpr int kFileColumnCount = 22;
+
+  // Opens the database at `path` and brings it to the current schema. Throws DBError.
+  explicit CatalogDB(const std::string& path);
+
+  SQLiteDB& db() { return m_db; }
+  // True when the full-text index uses the trigram tokenizer.
+  bool ftsTrigram() const { return m_ftsTrigram; }
+
+  // Builds a Catalog from the current row, read in catalogColumns order.
+  static Catalog mapCatalog(const Statement& row);
+  // Builds a FileRecord from the 22 columns of fileColumns that begin at `offset`.
+  static FileRecord mapFile(const Statement& row, int offset = 0);
+
+  // All catalogs by name, ignoring case.
+  std::vector<Catalog> catalogs();
+  std::optional<Catalog> catalog(int64_t id);
+  // All groups by sort position, ties by name ignoring case.
+  std::vector<CatalogGroup> groups();
+  // Adds a group after the last one; returns its id.
+  int64_t createGroup(const std::string& name);
+  void renameGroup(int64_t id, const std::string& name);
+  // Removes the group in one transaction; its catalogs become ungrouped.
+  void deleteGroup(int64_t id);
+  void setGroup(int64_t catalogID, std::optional<int64_t> groupID);
+  void renameCatalog(int64_t id, const std::string& name);
+  void setNotes(int64_t id, const std::string& notes);
+  // Adds a catalog created now with the volume's facts; returns its id.
+  int64_t insertCatalog(const std::string& name, const std::string& rootPath, const VolumeInfo& volume,
+                        bool isFolder, std::optional<int64_t> groupID, bool isSample);
+  void updateVolumeInfo(int64_t id, const VolumeInfo& volume);
+  // Removes the catalog, its files and its scan log in one transaction; then, when `thumbsRoot` is given,
+  // its thumbnail folder (a failure of that removal is ignored).
+  void deleteCatalog(int64_t id, const std::optional<std::filesystem::path>& thumbsRoot);
+  // Rolls file sizes up into their folders (at most 512 levels) and sets the catalog's counters.
+  void recomputeTotals(int64_t catalogID);
+  void markScanned(int64_t id, Date at);
+  void logScan(int64_t catalogID, int64_t added, int64_t removed, int64_t changed, double seconds,
+               const std::string& note);
+  // The children of a folder (0: the top level), folders first, then by name ignoring case.
+  std::vector<FileRecord> children(int64_t catalogID, int64_t parentID, bool includeHidden);
+  std::optional<FileRecord> file(int64_t id);
+  // All rows of a catalog by path, binary order.
+  std::vector<FileRecord> allFiles(int64_t catalogID);
+  // The folders above `file`, root-most first, at most 512.
+  std::vector<FileRecord> ancestors(const FileRecord& file);
+
+  // Most levels a size rolls up through, and most folders ancestors() returns.
+  static constexpr int kMaxDepth = 512;
+
+ private:
+  void migrate();
+
+  SQLiteDB m_db;
+  bool m_ftsTrigram = true;
+};
+
+}  // namespace orrelin
