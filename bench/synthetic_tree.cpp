@@ -66,7 +66,8 @@ std::vector<SyntheticEntry> makeTree(int fileCount, int perFolder, uint32_t seed
                          "_" + std::to_string(made) + "." + s.ext;
       int64_t size = static_cast<int64_t>(s.typicalSize * (0.2 + (rng() % 1000) / 500.0));
       double modified = 1.4e9 + static_cast<double>(rng() % 300'000'000);
-      out.push_back({folderPath + "/" + name, name, s.ext, s.kind, s.uti, size, modified, false, folderIndex});
+      out.push_back(
+          {folderPath + "/" + name, name, s.ext, s.kind, s.uti, size, modified, false, folderIndex});
       ++made;
     }
     ++folderNo;
@@ -83,8 +84,26 @@ int64_t insertLikeScanner(CatalogDB& store, int64_t catalogID, const std::vector
   for (size_t i = 0; i < entries.size(); ++i) {
     const SyntheticEntry& e = entries[i];
     int64_t parent = e.parentIndex >= 0 ? ids[static_cast<size_t>(e.parentIndex)] : 0;
-    db.step(insert, {catalogID, parent, e.path, e.name, e.isDir, e.size, e.kind, e.uti, e.ext,
-                     Date{e.modified - 1000}, Date{e.modified}, "", 0, false, "", false, 0.0, 0, 0, ""});
+    db.step(insert, {catalogID,
+                     parent,
+                     e.path,
+                     e.name,
+                     e.isDir,
+                     e.size,
+                     e.kind,
+                     e.uti,
+                     e.ext,
+                     Date{e.modified - 1000},
+                     Date{e.modified},
+                     "",
+                     0,
+                     false,
+                     "",
+                     false,
+                     0.0,
+                     0,
+                     0,
+                     ""});
     ids[i] = db.lastInsertID();
     if (++pending == scan_sql::kEntriesPerTransaction) {
       db.exec("COMMIT; BEGIN IMMEDIATE");

@@ -26,9 +26,9 @@ enum class FileKind {
 
 // Every kind, in declaration order.
 inline constexpr std::array<FileKind, 12> kAllFileKinds = {
-    FileKind::folder,   FileKind::image,   FileKind::video,       FileKind::audio,
-    FileKind::pdf,      FileKind::document, FileKind::archive,    FileKind::code,
-    FileKind::application, FileKind::font, FileKind::diskImage,   FileKind::other,
+    FileKind::folder,      FileKind::image,    FileKind::video,     FileKind::audio,
+    FileKind::pdf,         FileKind::document, FileKind::archive,   FileKind::code,
+    FileKind::application, FileKind::font,     FileKind::diskImage, FileKind::other,
 };
 
 // Returns the display name, which is also the stored text ("Folder", "Disk Image", ...).

@@ -11,9 +11,9 @@ struct MountedVolume;
 
 // What a scan records about a volume. The empty value has empty texts, zeroes and false flags.
 struct VolumeInfo {
-  std::string name;    // The label, else the mount point's last component.
-  std::string uuid;    // Filesystem UUID as text; empty when the volume has none.
-  std::string format;  // Readable filesystem name: "ext4", "Btrfs", "ExFAT", "NFS (Network)", ...
+  std::string name;      // The label, else the mount point's last component.
+  std::string uuid;      // Filesystem UUID as text; empty when the volume has none.
+  std::string format;    // Readable filesystem name: "ext4", "Btrfs", "ExFAT", "NFS (Network)", ...
   int64_t capacity = 0;  // Total bytes.
   int64_t free = 0;      // Bytes available to the user.
   bool isNetwork = false;

@@ -119,7 +119,9 @@ std::optional<Catalog> CatalogDB::catalog(int64_t id) {
 
 std::vector<CatalogGroup> CatalogDB::groups() {
   return m_db.query("SELECT id, name, sort FROM groups ORDER BY sort, name COLLATE NOCASE", {},
-                    [](const Statement& r) { return CatalogGroup{r.int64(0), r.text(1), r.int64(2)}; });
+                    [](const Statement& r) {
+                      return CatalogGroup{r.int64(0), r.text(1), r.int64(2)};
+                    });
 }
 
 int64_t CatalogDB::createGroup(const std::string& name) {
@@ -192,7 +194,9 @@ void CatalogDB::recomputeTotals(int64_t catalogID) {
   };
   std::vector<Row> rows;
   m_db.forEachRow("SELECT id, parent_id, size, is_dir FROM files WHERE catalog_id=?", {catalogID},
-                  [&](const Statement& r) { rows.push_back({r.int64(0), r.int64(1), r.int64(2), r.boolean(3)}); });
+                  [&](const Statement& r) {
+                    rows.push_back({r.int64(0), r.int64(1), r.int64(2), r.boolean(3)});
+                  });
 
   std::unordered_map<int64_t, int64_t> parentOf, folderSize, childCount;
   parentOf.reserve(rows.size());

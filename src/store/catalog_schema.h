@@ -40,7 +40,8 @@ inline constexpr const char* kFtsTrigram =
 inline constexpr const char* kFtsUnicode61 =
     "CREATE VIRTUAL TABLE files_fts USING fts5(name, path, tags, meta, content='files', content_rowid='id', "
     "tokenize='unicode61 remove_diacritics 2')";
-inline constexpr const char* kFtsMarkTrigram = "INSERT OR REPLACE INTO meta(key,value) VALUES('fts','trigram')";
+inline constexpr const char* kFtsMarkTrigram =
+    "INSERT OR REPLACE INTO meta(key,value) VALUES('fts','trigram')";
 inline constexpr const char* kFtsMarkUnicode61 =
     "INSERT OR REPLACE INTO meta(key,value) VALUES('fts','unicode61')";
 inline constexpr const char* kFtsRebuild = "INSERT INTO files_fts(files_fts) VALUES('rebuild')";

@@ -59,7 +59,8 @@ std::map<std::string, std::string> parseMeta(const std::string& text) {
 std::string metaJSON(const std::map<std::string, std::string>& meta) {
   if (meta.empty()) return {};
   try {
-    return nlohmann::json(meta).dump(-1, ' ', /*ensure_ascii=*/false, nlohmann::json::error_handler_t::strict);
+    return nlohmann::json(meta).dump(-1, ' ', /*ensure_ascii=*/false,
+                                     nlohmann::json::error_handler_t::strict);
   } catch (const nlohmann::json::exception&) {
     return {};  // Text that is not UTF-8 cannot be encoded.
   }

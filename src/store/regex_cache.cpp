@@ -55,7 +55,8 @@ void regexpFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
   } else {
     expression = cachedRegex(pattern);
     if (expression != nullptr) {
-      sqlite3_set_auxdata(context, 0, new Pinned(expression), [](void* p) { delete static_cast<Pinned*>(p); });
+      sqlite3_set_auxdata(context, 0, new Pinned(expression),
+                          [](void* p) { delete static_cast<Pinned*>(p); });
     }
   }
   if (expression == nullptr) {

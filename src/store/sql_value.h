@@ -29,8 +29,8 @@ class SQLValue {
   SQLValue(std::nullptr_t) {}
   SQLValue(bool v) : m_value(v) {}
   template <class T>
-    requires(std::is_integral_v<T> && !std::is_same_v<T, bool>)
-  SQLValue(T v) : m_value(static_cast<int64_t>(v)) {}
+  requires(std::is_integral_v<T> && !std::is_same_v<T, bool>) SQLValue(T v)
+      : m_value(static_cast<int64_t>(v)) {}
   SQLValue(double v) : m_value(v) {}
   SQLValue(float v) : m_value(static_cast<double>(v)) {}
   SQLValue(Date v) : m_value(v) {}

@@ -13,6 +13,13 @@ constexpr int kOpenFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_O
 constexpr int kBusyTimeoutMs = 10000;
 constexpr const char* kPragmas =
     "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=ON; PRAGMA temp_store=MEMORY;";
+// Tuning on top of the batch above, measured with bench/store_bench: a 64 MiB page cache keeps the indexes
+// of a large catalog in memory while a scan writes, memory-mapped reads spare a copy of every page read,
+// and checkpointing the write-ahead log every 10,000 pages instead of 1,000 takes a sixth off a scan's
+// writing time. The log is cut back to 64 MiB after each checkpoint so it does not stay large.
+constexpr const char* kTuning =
+    "PRAGMA cache_size=-65536; PRAGMA mmap_size=268435456; PRAGMA wal_autocheckpoint=10000; "
+    "PRAGMA journal_size_limit=67108864;";
 constexpr size_t kSqlInErrorChars = 120;
 
 // The first `count` characters (code points, not bytes) of UTF-8 text.
@@ -38,6 +45,7 @@ SQLiteDB::SQLiteDB(std::string path) : m_path(std::move(path)) {
   sqlite3_busy_timeout(m_handle, kBusyTimeoutMs);
   try {
     exec(kPragmas);
+    exec(kTuning);
   } catch (...) {
     close();
     throw;
@@ -63,8 +71,8 @@ std::string SQLiteDB::errorMessage() const {
 void SQLiteDB::exec(const std::string& sql) {
   std::lock_guard guard(m_lock);
   char* message = nullptr;
-  int rc = m_handle != nullptr ? sqlite3_exec(m_handle, sql.c_str(), nullptr, nullptr, &message)
-                               : SQLITE_MISUSE;
+  int rc =
+      m_handle != nullptr ? sqlite3_exec(m_handle, sql.c_str(), nullptr, nullptr, &message) : SQLITE_MISUSE;
   if (rc != SQLITE_OK) {
     std::string text = message != nullptr ? message : errorMessage();
     sqlite3_free(message);

@@ -29,7 +29,8 @@ int64_t addFile(CatalogDB& store, int64_t catalogID, int64_t parentID, const std
                 int64_t size, bool hidden = false) {
   std::string name = path.substr(path.rfind('/') == std::string::npos ? 0 : path.rfind('/') + 1);
   store.db().run(
-      "INSERT INTO files(catalog_id, parent_id, path, name, is_dir, size, kind, hidden) VALUES(?,?,?,?,?,?,?,?)",
+      "INSERT INTO files(catalog_id, parent_id, path, name, is_dir, size, kind, hidden) "
+      "VALUES(?,?,?,?,?,?,?,?)",
       {catalogID, parentID, path, name, isDir, size, isDir ? "Folder" : "Other", hidden});
   return store.db().lastInsertID();
 }
@@ -112,8 +113,9 @@ TEST(CatalogDBMigration, TheIndexFormIsReadFromMetaAndKept) {
   {
     CatalogDB store(path);
     EXPECT_FALSE(store.ftsTrigram());
-    EXPECT_NE(store.db().scalarText("SELECT sql FROM sqlite_master WHERE name='files_fts'")->find("unicode61"),
-              std::string::npos);
+    EXPECT_NE(
+        store.db().scalarText("SELECT sql FROM sqlite_master WHERE name='files_fts'")->find("unicode61"),
+        std::string::npos);
     // An index present but no meta row: taken as trigram, and the index is not touched.
     store.db().exec("DELETE FROM meta WHERE key='fts'");
   }
@@ -340,8 +342,8 @@ TEST_F(CatalogDBTest, DeleteCatalogRemovesRowsLogAndThumbnails) {
 TEST_F(CatalogDBTest, ScanLogRowsCarryTheirValues) {
   int64_t id = newCatalog();
   store.logScan(id, 3, 2, 1, 4.5, "Cancelled");
-  auto row = store.db().query("SELECT catalog_id, at, added, removed, changed, seconds, note FROM scan_log", {},
-                              [](const Statement& r) {
+  auto row = store.db().query("SELECT catalog_id, at, added, removed, changed, seconds, note FROM scan_log",
+                              {}, [](const Statement& r) {
                                 return std::make_tuple(r.int64(0), r.real(1), r.int64(2), r.int64(3),
                                                        r.int64(4), r.real(5), r.text(6));
                               });
@@ -370,7 +372,8 @@ TEST_F(CatalogDBTest, ChildrenListFoldersFirstAndHideHiddenRows) {
     for (const auto& r : rows) out.push_back(r.name);
     return out;
   };
-  EXPECT_EQ(names(store.children(id, 0, false)), (std::vector<std::string>{"alpha", "Zeta", "a.txt", "b.txt"}));
+  EXPECT_EQ(names(store.children(id, 0, false)),
+            (std::vector<std::string>{"alpha", "Zeta", "a.txt", "b.txt"}));
   EXPECT_EQ(names(store.children(id, 0, true)),
             (std::vector<std::string>{".cache", "alpha", "Zeta", "a.txt", "b.txt"}));
   EXPECT_EQ(names(store.children(id, hidden, false)), (std::vector<std::string>{"inside"}));
@@ -416,7 +419,8 @@ TEST_F(CatalogDBTest, TotalsRollUpThroughNestedFolders) {
   // An empty catalog has all three counters at 0.
   int64_t none = newCatalog("Empty");
   store.recomputeTotals(none);
-  EXPECT_EQ(store.catalog(none)->fileCount + store.catalog(none)->folderCount + store.catalog(none)->totalSize, 0);
+  EXPECT_EQ(
+      store.catalog(none)->fileCount + store.catalog(none)->folderCount + store.catalog(none)->totalSize, 0);
 }
 
 TEST_F(CatalogDBTest, DeepAndLoopingParentChainsStopAt512) {

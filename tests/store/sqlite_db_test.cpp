@@ -96,14 +96,15 @@ TEST_F(SQLiteDBTest, StepAndExecErrorsAreStepErrors) {
 TEST_F(SQLiteDBTest, BindsEveryValueType) {
   db.exec("CREATE TABLE v(x)");
   Statement insert = db.prepare("INSERT INTO v VALUES(?)");
-  const SQLArgs values = {std::nullopt, 42,   int64_t{1} << 40, true, false, 2.5, Date{1.5e9},
-                          "text",       Blob{{1, 2, 3}},    Blob{}, std::string("a\0b", 3)};
+  const SQLArgs values = {std::nullopt,    42,     int64_t{1} << 40,      true,
+                          false,           2.5,    Date{1.5e9},           "text",
+                          Blob{{1, 2, 3}}, Blob{}, std::string("a\0b", 3)};
   for (const SQLValue& v : values) db.step(insert, {v});
   auto rows = db.query("SELECT typeof(x), quote(x) FROM v ORDER BY rowid", {},
                        [](const Statement& r) { return r.text(0) + " " + r.text(1); });
   std::vector<std::string> expected = {
-      "null NULL",          "integer 42", "integer 1099511627776", "integer 1", "integer 0",
-      "real 2.5",           "real 1500000000.0", "text 'text'", "blob X'010203'", "blob X''",
+      "null NULL", "integer 42",        "integer 1099511627776", "integer 1",      "integer 0",
+      "real 2.5",  "real 1500000000.0", "text 'text'",           "blob X'010203'", "blob X''",
       "text 'a'",  // Text ends at its first NUL.
   };
   EXPECT_EQ(rows, expected);
