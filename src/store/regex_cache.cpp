@@ -21,6 +21,8 @@ std::unordered_map<std::string, std::shared_ptr<const icu::RegexPattern>> gCache
 struct ThreadMatcher {
   std::shared_ptr<const icu::RegexPattern> pattern;  // Keeps the pattern alive while the matcher uses it.
   std::unique_ptr<icu::RegexMatcher> matcher;
+  // The matcher reads its input in place rather than copying it, so the text must outlive the match.
+  icu::UnicodeString input;
 };
 thread_local ThreadMatcher tMatcher;
 
@@ -35,6 +37,26 @@ icu::RegexMatcher* matcherFor(const std::shared_ptr<const icu::RegexPattern>& ex
   return tMatcher.matcher.get();
 }
 
+enum class Outcome { match, noMatch, timedOut };
+
+Outcome matchOutcome(const std::shared_ptr<const icu::RegexPattern>& expression, std::string_view text) {
+  icu::RegexMatcher* matcher = matcherFor(expression);
+  if (matcher == nullptr) return Outcome::noMatch;
+  UErrorCode status = U_ZERO_ERROR;
+  tMatcher.input = icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), text.size()));
+  matcher->reset(tMatcher.input);
+  bool found = matcher->find(status);
+  if (status == U_REGEX_TIME_OUT) return Outcome::timedOut;
+  return U_SUCCESS(status) && found ? Outcome::match : Outcome::noMatch;
+}
+
+// What one statement keeps between its rows: the compiled pattern, and how often it ran out of time.
+struct StatementRegex {
+  std::string pattern;
+  std::shared_ptr<const icu::RegexPattern> expression;
+  int timeouts = 0;
+};
+
 void regexpFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
   if (argc != 2) {
     sqlite3_result_int(context, 0);
@@ -47,24 +69,34 @@ void regexpFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
     return;
   }
   // The pattern is almost always the same for every row of a statement: SQLite's auxiliary data keeps the
-  // compiled form with the statement, which spares the cache's lock and lookup on each row.
-  using Pinned = std::shared_ptr<const icu::RegexPattern>;
-  std::shared_ptr<const icu::RegexPattern> expression;
-  if (auto* kept = static_cast<Pinned*>(sqlite3_get_auxdata(context, 0)); kept != nullptr) {
-    expression = *kept;
-  } else {
-    expression = cachedRegex(pattern);
-    if (expression != nullptr) {
-      sqlite3_set_auxdata(context, 0, new Pinned(expression),
-                          [](void* p) { delete static_cast<Pinned*>(p); });
+  // compiled form with the statement, which spares the cache's lock and lookup on each row. SQLite does not
+  // always drop that data when the pattern comes from a column, so the text is compared before reuse.
+  auto* kept = static_cast<StatementRegex*>(sqlite3_get_auxdata(context, 0));
+  if (kept == nullptr || kept->pattern != pattern) {
+    std::shared_ptr<const icu::RegexPattern> expression = cachedRegex(pattern);
+    if (expression == nullptr) {
+      sqlite3_result_int(context, 0);
+      return;
+    }
+    sqlite3_set_auxdata(context, 0, new StatementRegex{pattern, expression},
+                        [](void* p) { delete static_cast<StatementRegex*>(p); });
+    kept = static_cast<StatementRegex*>(sqlite3_get_auxdata(context, 0));
+    if (kept == nullptr) {  // SQLite could not keep it: match this row without the budget.
+      bool found = matchOutcome(expression, text) == Outcome::match;
+      sqlite3_result_int(context, found ? 1 : 0);
+      return;
     }
   }
-  if (expression == nullptr) {
+  // Each match has a time limit, but a pattern that runs out of time on name after name would still
+  // spend minutes on a million rows. Past a few time-outs in one statement the pattern is taken for
+  // pathological, and the rest of its rows count as no match at once.
+  if (kept->timeouts >= kTimeoutsPerStatement) {
     sqlite3_result_int(context, 0);
     return;
   }
-  bool found = regexFindsMatch(expression, std::string_view(text, sqlite3_value_bytes(argv[1])));
-  sqlite3_result_int(context, found ? 1 : 0);
+  Outcome outcome = matchOutcome(kept->expression, std::string_view(text, sqlite3_value_bytes(argv[1])));
+  if (outcome == Outcome::timedOut) ++kept->timeouts;
+  sqlite3_result_int(context, outcome == Outcome::match ? 1 : 0);
 }
 
 }  // namespace
@@ -88,13 +120,7 @@ size_t regexCacheSize() {
 }
 
 bool regexFindsMatch(const std::shared_ptr<const icu::RegexPattern>& expression, std::string_view text) {
-  icu::RegexMatcher* matcher = matcherFor(expression);
-  if (matcher == nullptr) return false;
-  UErrorCode status = U_ZERO_ERROR;
-  matcher->reset(icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), text.size())));
-  bool found = matcher->find(status);
-  // U_REGEX_TIME_OUT and every other failure count as no match.
-  return U_SUCCESS(status) && found;
+  return expression != nullptr && matchOutcome(expression, text) == Outcome::match;
 }
 
 void registerRegexpFunction(sqlite3* db) {

@@ -23,10 +23,14 @@ size_t regexCacheSize();
 // limit counts as no match, so a pathological pattern cannot stall a query over many names.
 bool regexFindsMatch(const std::shared_ptr<const icu::RegexPattern>& expression, std::string_view text);
 
-// Registers regexp(pattern, text) on `db`, so that SQL's `text REGEXP pattern` works.
+// Registers regexp(pattern, text) on `db`, so that SQL's `text REGEXP pattern` works. A bad pattern or a
+// NULL matches nothing. After kTimeoutsPerStatement timed-out matches in one statement, the remaining rows
+// of that statement count as no match without being tried.
 void registerRegexpFunction(sqlite3* db);
 
 // The match time limit, in ICU's match-engine steps (each roughly a millisecond's worth of work or less).
 inline constexpr int32_t kRegexMatchTimeLimit = 20;
+// Time-outs after which REGEXP gives up on a pattern for the rest of one statement's rows.
+inline constexpr int kTimeoutsPerStatement = 32;
 
 }  // namespace orrelin

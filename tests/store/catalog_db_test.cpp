@@ -426,13 +426,13 @@ TEST_F(CatalogDBTest, TotalsRollUpThroughNestedFolders) {
 TEST_F(CatalogDBTest, DeepAndLoopingParentChainsStopAt512) {
   int64_t id = newCatalog();
   std::vector<int64_t> chain;
-  std::string path;
+  std::string chainPath;
   store.db().transaction([&] {
     for (int depth = 0; depth < 600; ++depth) {
-      path += (depth ? "/d" : "d") + std::to_string(depth);
-      chain.push_back(addFile(store, id, chain.empty() ? 0 : chain.back(), path, true, 0));
+      chainPath += (depth ? "/d" : "d") + std::to_string(depth);
+      chain.push_back(addFile(store, id, chain.empty() ? 0 : chain.back(), chainPath, true, 0));
     }
-    addFile(store, id, chain.back(), path + "/file", false, 7);
+    addFile(store, id, chain.back(), chainPath + "/file", false, 7);
   });
   store.recomputeTotals(id);
   // The 512 nearest folders count the file; the 88 root-most do not.

@@ -237,6 +237,11 @@ TEST_F(SQLiteDBTest, RegexpIsCaseInsensitiveAndForgiving) {
   EXPECT_EQ(matching("\\.(txt|md)$"), (std::vector<std::string>{"README.TXT", "notes.md"}));
   EXPECT_EQ(matching("^ün"), (std::vector<std::string>{"Ünïcode"}));  // Unicode case folding.
   EXPECT_EQ(matching("^b"), std::vector<std::string>{});  // ^ anchors at the start of the text only.
+  // Long texts and patterns (past any small-string buffer) match like short ones.
+  const std::string longName = "holiday_photo_from_the_summer_of_2019_with_the_whole_family.jpg";
+  db.run("INSERT INTO n VALUES(?)", {longName});
+  EXPECT_EQ(matching("HOLIDAY_PHOTO_FROM_THE_SUMMER_OF_2019_WITH"), std::vector<std::string>{longName});
+  EXPECT_EQ(matching("family\\.jpg$"), std::vector<std::string>{longName});
   // A bad pattern matches nothing and raises no error; so does a NULL pattern.
   EXPECT_TRUE(matching("([unclosed").empty());
   EXPECT_EQ(db.scalarInt("SELECT count(*) FROM n WHERE name REGEXP NULL"), 0);
@@ -269,6 +274,28 @@ TEST(RegexCache, APathologicalPatternTimesOutAsNoMatch) {
   // Without the limit this takes longer than the age of the universe; generous bound for busy machines.
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
   EXPECT_TRUE(regexFindsMatch(evil, "xxxxy"));
+}
+
+TEST(RegexCache, AQueryGivesUpOnAPatternThatKeepsTimingOut) {
+  TempDir dir;
+  SQLiteDB db(dir.file("t.sqlite"));
+  db.exec("CREATE TABLE n(name)");
+  db.transaction([&] {
+    db.run("INSERT INTO n VALUES('xxy')");  // Matches at once, before any time-out.
+    for (int i = 0; i < 3000; ++i) db.run("INSERT INTO n VALUES(?)", {std::string(60, 'x')});
+    db.run("INSERT INTO n VALUES('xxxy')");  // Would match, but comes after the pattern was given up.
+  });
+  auto start = std::chrono::steady_clock::now();
+  auto hits = db.query("SELECT name FROM n WHERE name REGEXP ? ORDER BY rowid", {"(x+x+)+y"},
+                       [](const Statement& r) { return r.text(0); });
+  EXPECT_EQ(hits, std::vector<std::string>{"xxy"});
+  // 3000 time-outs at a few milliseconds each would take many seconds; a generous bound for busy machines.
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4));
+  // The budget belongs to one statement: the next query starts afresh.
+  EXPECT_EQ(db.scalarInt("SELECT count(*) FROM n WHERE rowid=1 AND name REGEXP ?", {"(x+x+)+y"}), 1);
+  // A pattern taken from a column changes from row to row, and each row is matched with its own.
+  EXPECT_EQ(db.scalarInt("SELECT count(*) FROM n WHERE 'xxy' REGEXP name"), 1);
+  EXPECT_EQ(db.scalarInt("SELECT count(*) FROM n WHERE name REGEXP name"), 3002);
 }
 
 TEST(RegexCache, SharedAcrossThreads) {
