@@ -339,24 +339,6 @@ TEST_F(CatalogDBTest, DeleteCatalogRemovesRowsLogAndThumbnails) {
   EXPECT_TRUE(std::filesystem::exists(thumbs / std::to_string(other) / "9.jpg"));
 }
 
-TEST_F(CatalogDBTest, ScanLogRowsCarryTheirValues) {
-  int64_t id = newCatalog();
-  store.logScan(id, 3, 2, 1, 4.5, "Cancelled");
-  auto row = store.db().query("SELECT catalog_id, at, added, removed, changed, seconds, note FROM scan_log",
-                              {}, [](const Statement& r) {
-                                return std::make_tuple(r.int64(0), r.real(1), r.int64(2), r.int64(3),
-                                                       r.int64(4), r.real(5), r.text(6));
-                              });
-  ASSERT_EQ(row.size(), 1u);
-  EXPECT_EQ(std::get<0>(row[0]), id);
-  EXPECT_NEAR(std::get<1>(row[0]), Date::now().seconds, 5);
-  EXPECT_EQ(std::get<2>(row[0]), 3);
-  EXPECT_EQ(std::get<3>(row[0]), 2);
-  EXPECT_EQ(std::get<4>(row[0]), 1);
-  EXPECT_EQ(std::get<5>(row[0]), 4.5);
-  EXPECT_EQ(std::get<6>(row[0]), "Cancelled");
-}
-
 TEST_F(CatalogDBTest, ChildrenListFoldersFirstAndHideHiddenRows) {
   int64_t id = newCatalog();
   addFile(store, id, 0, "b.txt", false, 1);
