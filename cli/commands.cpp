@@ -1,103 +1,74 @@
-// The commands of orrelin-cli over the catalog store.
+// The command table of orrelin-cli and the helpers its commands share.
 #include "cli/commands.h"
 
-#include <cstdio>
-#include <functional>
-#include <map>
+#include <unistd.h>
 
+#include <cstdio>
+
+#include "cli/command_table.h"
 #include "core/app_info.h"
 #include "core/app_paths.h"
-#include "scan/volume_info.h"
 #include "store/catalog_db.h"
-#include "store/fmt.h"
 
 namespace orrelin::cli {
 
 namespace {
 
-struct Command {
-  const char* summary;
-  const char* help;
-  std::function<int(const std::vector<std::string>&, const Context&)> run;
-};
+const CommandTable& commands() {
+  static const CommandTable table = [] {
+    CommandTable t;
+    addCatalogCommands(t);
+    return t;
+  }();
+  return table;
+}
+
+bool asciiEqualIgnoringCase(const std::string& a, const std::string& b) {
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); ++i) {
+    unsigned char x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
+    if (x < 0x80 && y < 0x80 ? std::tolower(x) != std::tolower(y) : x != y) return false;
+  }
+  return true;
+}
+
+}  // namespace
 
 std::string databasePath(const Context& context) {
   return context.databasePath.empty() ? AppPaths::database().string() : context.databasePath;
 }
 
-int info(const std::vector<std::string>&, const Context& context) {
-  std::string path = databasePath(context);
-  CatalogDB store(path);
-  std::printf("%s\n", versionText().c_str());
-  std::printf("Data folder:  %s\n", AppPaths::support().string().c_str());
-  std::printf("Database:     %s\n", path.c_str());
-  std::printf("Schema:       %s\n",
-              store.db().scalarText("SELECT value FROM meta WHERE key='schema'").value_or("?").c_str());
-  std::printf("Name index:   %s\n", store.ftsTrigram() ? "trigram" : "unicode61");
+int usageError(const std::string& command, const std::string& message) {
+  std::fprintf(stderr, "orrelin-cli: %s: %s\nTry 'orrelin-cli %s --help'.\n", command.c_str(), message.c_str(),
+               command.c_str());
+  return kExitUsage;
+}
+
+int failure(const std::string& message) {
+  std::fprintf(stderr, "orrelin-cli: %s\n", message.c_str());
+  return kExitFailure;
+}
+
+std::optional<Catalog> findCatalog(CatalogDB& store, const std::string& idOrName, std::string& error) {
   auto catalogs = store.catalogs();
-  int64_t files = 0, bytes = 0;
-  for (const Catalog& c : catalogs) files += c.fileCount, bytes += c.totalSize;
-  std::printf("Cartridges:   %s\n", Fmt::count(static_cast<int64_t>(catalogs.size())).c_str());
-  std::printf("Files:        %s (%s)\n", Fmt::count(files).c_str(), Fmt::size(bytes).c_str());
-  std::printf("Groups:       %s\n", Fmt::count(static_cast<int64_t>(store.groups().size())).c_str());
-  return kExitOk;
-}
-
-int list(const std::vector<std::string>&, const Context& context) {
-  CatalogDB store(databasePath(context));
-  auto catalogs = store.catalogs();
-  if (catalogs.empty()) {
-    std::puts("No cartridges yet.");
-    return kExitOk;
+  if (!idOrName.empty() && idOrName.find_first_not_of("0123456789") == std::string::npos &&
+      idOrName.size() < 19) {
+    int64_t id = std::stoll(idOrName);
+    for (const Catalog& c : catalogs)
+      if (c.id == id) return c;
   }
-  std::printf("%6s  %-28s %12s %10s %12s  %s\n", "ID", "NAME", "FILES", "FOLDERS", "SIZE", "SCANNED");
-  for (const Catalog& c : catalogs) {
-    std::printf("%6lld  %-28s %12s %10s %12s  %s\n", static_cast<long long>(c.id), c.name.c_str(),
-                Fmt::count(c.fileCount).c_str(), Fmt::count(c.folderCount).c_str(),
-                Fmt::size(c.totalSize).c_str(), Fmt::date(c.scannedAt).c_str());
-  }
-  return kExitOk;
+  for (const Catalog& c : catalogs)
+    if (c.name == idOrName) return c;
+  std::vector<const Catalog*> loose;
+  for (const Catalog& c : catalogs)
+    if (asciiEqualIgnoringCase(c.name, idOrName)) loose.push_back(&c);
+  if (loose.size() == 1) return *loose.front();
+  error = loose.empty() ? "no cartridge is called '" + idOrName + "' (see 'orrelin-cli list')"
+                        : "several cartridges are called '" + idOrName + "'; give its id instead";
+  return std::nullopt;
 }
 
-int volumes(const std::vector<std::string>&, const Context&) {
-  auto mounted = VolumeInfo::mounted();
-  std::printf("%-28s %-20s %-16s %12s %12s  %s\n", "MOUNT POINT", "NAME", "FORMAT", "CAPACITY", "AVAILABLE",
-              "FLAGS");
-  for (const MountedVolume& v : mounted) {
-    std::string flags;
-    if (v.info.isNetwork) flags += "network ";
-    if (v.info.isRemovable) flags += "removable ";
-    std::printf("%-28s %-20s %-16s %12s %12s  %s\n", v.url.c_str(), v.info.name.c_str(),
-                v.info.format.c_str(), Fmt::size(v.info.capacity).c_str(), Fmt::size(v.info.free).c_str(),
-                flags.c_str());
-  }
-  return kExitOk;
-}
-
-const std::map<std::string, Command>& commands() {
-  static const std::map<std::string, Command> table = {
-      {"info",
-       {"where the data lives and what the database holds",
-        "usage: orrelin-cli [--db PATH] info\n\nPrints the data folder, the database file, its schema, the "
-        "kind "
-        "of name index and the totals of its cartridges. Creates the database if it does not exist yet.\n",
-        info}},
-      {"list",
-       {"the catalogs in the database",
-        "usage: orrelin-cli [--db PATH] list\n\nLists every cartridge with its id, name, counts, size and "
-        "the "
-        "time of its last scan, by name.\n",
-        list}},
-      {"volumes",
-       {"the mounted volumes that can be cataloged",
-        "usage: orrelin-cli volumes\n\nLists the mounted volumes a file manager would show, with their "
-        "format, capacity, available space and whether they are removable or on the network.\n",
-        volumes}},
-  };
-  return table;
-}
-
-}  // namespace
+bool stdoutIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
 
 std::string versionText() {
   return std::string(AppInfo::name) + " " + AppInfo::version() + " (build " + AppInfo::build() + ")";
@@ -112,15 +83,11 @@ int runCommand(const std::string& name, const std::vector<std::string>& args, co
     return kExitUsage;
   }
   for (const std::string& a : args) {
+    if (a == "--") break;
     if (a == "--help" || a == "-h") {
       std::fputs(it->second.help, stdout);
       return kExitOk;
     }
-  }
-  if (!args.empty()) {
-    std::fprintf(stderr, "orrelin-cli: %s takes no arguments (got '%s')\n", name.c_str(),
-                 args.front().c_str());
-    return kExitUsage;
   }
   return it->second.run(args, context);
 }
