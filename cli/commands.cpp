@@ -74,12 +74,21 @@ std::string versionText() {
   return std::string(AppInfo::name) + " " + AppInfo::version() + " (build " + AppInfo::build() + ")";
 }
 
+std::string commandList() {
+  std::string text;
+  char line[256];
+  for (const auto& [key, command] : commands()) {
+    std::snprintf(line, sizeof line, "  %-10s %s\n", key.c_str(), command.summary);
+    text += line;
+  }
+  return text;
+}
+
 int runCommand(const std::string& name, const std::vector<std::string>& args, const Context& context) {
   auto it = commands().find(name);
   if (it == commands().end()) {
-    std::fprintf(stderr, "orrelin-cli: unknown command '%s'. Commands:\n", name.c_str());
-    for (const auto& [key, command] : commands())
-      std::fprintf(stderr, "  %-10s %s\n", key.c_str(), command.summary);
+    std::fprintf(stderr, "orrelin-cli: unknown command '%s'. Commands:\n%s", name.c_str(),
+                 commandList().c_str());
     return kExitUsage;
   }
   for (const std::string& a : args) {

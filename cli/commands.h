@@ -18,6 +18,9 @@ struct Context {
 // "TVRL Orrelin 1.0 (build N)".
 std::string versionText();
 
+// One line per command, "  NAME       SUMMARY", by name.
+std::string commandList();
+
 // Runs `command` with its arguments. Unknown commands are usage errors. Throws on database failures.
 int runCommand(const std::string& command, const std::vector<std::string>& args, const Context& context);
 

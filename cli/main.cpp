@@ -9,18 +9,17 @@
 
 namespace {
 
-constexpr const char* kUsage =
-    "usage: orrelin-cli [--db PATH] COMMAND [ARGS]\n"
-    "\n"
-    "Commands:\n"
-    "  info       where the data lives, the database's schema and what it holds\n"
-    "  list       the catalogs (cartridges) in the database\n"
-    "  volumes    the mounted volumes that can be cataloged\n"
-    "\n"
-    "Options:\n"
-    "  --db PATH  use the catalog database at PATH instead of the one in the data folder\n"
-    "  --help     this text; 'orrelin-cli COMMAND --help' describes one command\n"
-    "  --version  the program's version and build\n";
+std::string usage() {
+  return "usage: orrelin-cli [--db PATH] COMMAND [ARGS]\n"
+         "\n"
+         "Commands:\n" +
+         orrelin::cli::commandList() +
+         "\n"
+         "Options:\n"
+         "  --db PATH  use the catalog database at PATH instead of the one in the data folder\n"
+         "  --help     this text; 'orrelin-cli COMMAND --help' describes one command\n"
+         "  --version  the program's version and build\n";
+}
 
 }  // namespace
 
@@ -32,7 +31,7 @@ int main(int argc, char** argv) {
   for (; i < args.size(); ++i) {
     const std::string& a = args[i];
     if (a == "--help" || a == "-h") {
-      std::fputs(kUsage, stdout);
+      std::fputs(usage().c_str(), stdout);
       return kExitOk;
     } else if (a == "--version") {
       std::printf("%s\n", versionText().c_str());
@@ -46,14 +45,14 @@ int main(int argc, char** argv) {
     } else if (a.rfind("--db=", 0) == 0) {
       context.databasePath = a.substr(5);
     } else if (!a.empty() && a[0] == '-') {
-      std::fprintf(stderr, "orrelin-cli: unknown option %s\n\n%s", a.c_str(), kUsage);
+      std::fprintf(stderr, "orrelin-cli: unknown option %s\n\n%s", a.c_str(), usage().c_str());
       return kExitUsage;
     } else {
       break;
     }
   }
   if (i >= args.size()) {
-    std::fputs(kUsage, stderr);
+    std::fputs(usage().c_str(), stderr);
     return kExitUsage;
   }
   const std::string command = args[i];
