@@ -53,13 +53,16 @@ bool caseOnlyChange(const std::string& a, const std::string& b) {
 
 // Runs one ok step. Returns an empty text or the reason it failed.
 std::string runStep(const PlanStep& step, const std::string& root, UndoLog& log) {
+  // The dry run accepted these paths; if they fail now, a link has moved into their way since, and the
+  // step is reported rather than dropped without a word.
+  constexpr const char* kOutside = "Path outside the drive \u2014 blocked";
   if (step.kind == PlanStep::Kind::folder) {
     std::optional<std::string> folder = resolve(step.to, root);
-    return folder ? makeFolders(*folder, root, log) : std::string();
+    return folder ? makeFolders(*folder, root, log) : kOutside;
   }
   std::optional<std::string> from = resolve(step.from, root);
   std::optional<std::string> to = resolve(step.to, root);
-  if (!from || !to) return {};
+  if (!from || !to) return kOutside;
   if (*from == *to) return "Source and destination are the same";
   // A source that an earlier step took away fails here, before any folder is made for it.
   if (!DiskOps::exists(*from)) return "Source not found";

@@ -297,14 +297,23 @@ inline void runRound(uint64_t seed, Sandbox& box, Tally& tally) {
         if (auto to = PlanEngine::resolve(s.to, root)) plantFile(*to, "planted before execution " + s.id);
   }
 
+  // Where each step's paths lead, seen before execution, to recognise its logged move.
+  std::vector<std::optional<std::string>> froms, tos;
+  for (const PlanStep& s : steps) {
+    froms.push_back(PlanEngine::resolve(s.from, root));
+    tos.push_back(PlanEngine::resolve(s.to, root));
+  }
+
   auto result = PlanEngine::execute(steps, root, "property", /*saveLog=*/false);
   check(snapshot(box.outside(), true) == outside0, "execution touched something outside the root");
   check(contents(snapshot(box.root(), false)) == expected, "execution lost or overwrote contents");
 
   // Every ok step either happened (a logged move, a created or existing folder) or has its error line,
-  // in step order, and there are no other error lines.
+  // in step order, and there are no other error lines. Evidence of success is looked at first, since
+  // error lines are told apart only by their first path.
   size_t moveAt = 0, errorAt = 0;
-  for (const PlanStep& s : steps) {
+  for (size_t i = 0; i < steps.size(); ++i) {
+    const PlanStep& s = steps[i];
     ++tally.steps;
     if (!s.ok) {
       ++tally.blocked;
@@ -312,22 +321,21 @@ inline void runRound(uint64_t seed, Sandbox& box, Tally& tally) {
     }
     ++tally.ok;
     const std::string label = (s.from.empty() ? s.to : s.from) + ": ";
+    const bool reported = errorAt < result.errors.size() && result.errors[errorAt].rfind(label, 0) == 0;
     if (s.kind == PlanStep::Kind::folder) {
-      auto path = PlanEngine::resolve(s.to, root);
-      auto& made = result.log.createdFolders;
-      if (errorAt < result.errors.size() && result.errors[errorAt].rfind(label, 0) == 0) {
-        ++errorAt;
-      } else {
-        check(path && (s.status.rfind("Already", 0) == 0 || std::find(made.begin(), made.end(), *path) != made.end()),
-              "folder step neither made nor reported: " + s.to);
+      const auto& made = result.log.createdFolders;
+      if (s.status.rfind("Already", 0) == 0 || (tos[i] && std::find(made.begin(), made.end(), *tos[i]) != made.end())) {
+        continue;
       }
+      check(reported, "folder step neither made nor reported: " + s.to);
+      errorAt += reported;
       continue;
     }
-    auto from = PlanEngine::resolve(s.from, root), to = PlanEngine::resolve(s.to, root);
-    if (moveAt < result.log.moves.size() && from && to && result.log.moves[moveAt] == PlanMove{*from, *to}) {
+    if (moveAt < result.log.moves.size() && froms[i] && tos[i] &&
+        result.log.moves[moveAt] == PlanMove{*froms[i], *tos[i]}) {
       ++moveAt;
       ++tally.moved;
-    } else if (errorAt < result.errors.size() && result.errors[errorAt].rfind(label, 0) == 0) {
+    } else if (reported) {
       ++errorAt;
       ++tally.errors;
     } else {
@@ -368,6 +376,8 @@ inline void runRound(uint64_t seed, Sandbox& box, Tally& tally) {
       for (const std::string& e : undone.errors) text += "\n  undo error: " + e;
       for (const PlanMove& m : result.log.moves) text += "\n  moved: " + m.from + " -> " + m.to;
       for (const std::string& f : result.log.createdFolders) text += "\n  made: " + f;
+      text += "\n  tree:";
+      for (const auto& [path, item] : tree0) text += " " + path + (item.type == 'l' ? "->" + item.data : std::string(1, item.type));
       for (const auto& [path, item] : tree0)
         if (!after.count(path) || !(after.at(path) == item)) text += "\n  before, not after: " + path;
       for (const auto& [path, item] : after)
