@@ -2,6 +2,7 @@
 #include "organize/plan_engine.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include "core/uuid_string.h"
 #include "organize/disk_ops.h"
@@ -28,7 +29,8 @@ std::string makeFolders(const std::string& folder, const std::string& root, Undo
     if (int error = DiskOps::makeFolder(*it)) return DiskOps::describe(error);
     log.createdFolders.push_back(*it);
   }
-  return {};
+  // Something that is not a folder may stand in the way (put there since the dry run).
+  return DiskOps::isFolder(folder) ? std::string() : DiskOps::describe(ENOTDIR);
 }
 
 // Moves `from` to `to`; a change of case alone goes through a temporary name in the source's folder, since
@@ -41,7 +43,9 @@ std::string moveItem(const std::string& from, const std::string& to, bool caseOn
   std::string hop = temporarySibling(from);
   if (int error = DiskOps::moveNoReplace(from, hop)) return DiskOps::describe(error);
   if (int error = DiskOps::moveNoReplace(hop, to)) {
-    // Moving back could fail in its turn; the item is left where it is and its name is reported.
+    // The item goes back to its own name, which nothing can have taken but a concurrent writer; failing
+    // that, it stays under the temporary name, which is reported so that it can be found.
+    if (DiskOps::moveNoReplace(hop, from) == 0) return DiskOps::describe(error);
     return DiskOps::describe(error) + " (the item is now named \u201C" + PathText::lastComponent(hop) + "\u201D)";
   }
   return {};
@@ -58,7 +62,9 @@ std::string runStep(const PlanStep& step, const std::string& root, UndoLog& log)
   constexpr const char* kOutside = "Path outside the drive \u2014 blocked";
   if (step.kind == PlanStep::Kind::folder) {
     std::optional<std::string> folder = resolve(step.to, root);
-    return folder ? makeFolders(*folder, root, log) : kOutside;
+    if (!folder) return kOutside;
+    if (DiskOps::exists(*folder) && !DiskOps::isFolder(*folder)) return "A file with this name exists";
+    return makeFolders(*folder, root, log);
   }
   std::optional<std::string> from = resolve(step.from, root);
   std::optional<std::string> to = resolve(step.to, root);
