@@ -26,13 +26,15 @@ int main(int argc, char** argv) {
     pp::runRound(first + static_cast<unsigned long long>(i), box, tally);
     // The first failures are shown as they happen, so a long run can be stopped early.
     if (tally.failureTexts.size() > shown) std::printf("FAILURE %s\n", tally.failureTexts.back().c_str());
-    if ((i + 1) % 1000 == 0) std::fprintf(stderr, "%lld plans, %lld failures\n", i + 1, (long long)tally.failures);
+    if ((i + 1) % 1000 == 0)
+      std::fprintf(stderr, "%lld plans, %lld failures\n", i + 1, (long long)tally.failures);
   }
   double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  std::printf("plans %lld, steps %lld, ok %lld (moved %lld, errors %lld), blocked %lld, undo errors %lld, "
-              "leftover empty folders %lld, failures %lld, %.1f s\n",
-              (long long)tally.plans, (long long)tally.steps, (long long)tally.ok, (long long)tally.moved,
-              (long long)tally.errors, (long long)tally.blocked, (long long)tally.undoErrors,
-              (long long)tally.leftoverFolders, (long long)tally.failures, seconds);
+  std::printf(
+      "plans %lld, steps %lld, ok %lld (moved %lld, errors %lld), blocked %lld, undo errors %lld, "
+      "leftover empty folders %lld, failures %lld, %.1f s\n",
+      (long long)tally.plans, (long long)tally.steps, (long long)tally.ok, (long long)tally.moved,
+      (long long)tally.errors, (long long)tally.blocked, (long long)tally.undoErrors,
+      (long long)tally.leftoverFolders, (long long)tally.failures, seconds);
   return tally.failures == 0 ? 0 : 1;
 }

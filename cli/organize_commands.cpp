@@ -27,7 +27,8 @@ std::string plural(size_t n, const char* word) {
 std::string offlineReason(const Catalog& c) {
   if (c.isSample)
     return "\u201C" + c.name + "\u201D is demonstration data, so there is no real drive to apply a plan to.";
-  if (c.rootPath.empty()) return "\u201C" + c.name + "\u201D was imported from a file, so its original location is unknown.";
+  if (c.rootPath.empty())
+    return "\u201C" + c.name + "\u201D was imported from a file, so its original location is unknown.";
   struct stat st;
   if (::stat(NameMapping::toDisk(c.rootPath).c_str(), &st) == 0 && S_ISDIR(st.st_mode)) return {};
   return "Drive offline \u2014 insert \u201C" + c.displayVolume() + "\u201D (" + c.rootPath +
@@ -46,7 +47,8 @@ bool confirm(const std::string& question) {
 nlohmann::json stepsJSON(const std::vector<PlanStep>& steps) {
   nlohmann::json out = nlohmann::json::array();
   for (const PlanStep& s : steps)
-    out.push_back({{"kind", rawValue(s.kind)}, {"from", s.from}, {"to", s.to}, {"ok", s.ok}, {"status", s.status}});
+    out.push_back(
+        {{"kind", rawValue(s.kind)}, {"from", s.from}, {"to", s.to}, {"ok", s.ok}, {"status", s.status}});
   return out;
 }
 
@@ -80,9 +82,10 @@ struct Prepared {
 int prepare(const char* command, const Args& args, const Context& context, Prepared& out) {
   if (!args.ok()) return usageError(command, args.error());
   if (args.positionals().size() != 1)
-    return usageError(command, args.positionals().empty() ? "which plan? Give the path of a plan file"
-                                                          : "takes one plan file (got " +
-                                                                std::to_string(args.positionals().size()) + ")");
+    return usageError(command,
+                      args.positionals().empty()
+                          ? "which plan? Give the path of a plan file"
+                          : "takes one plan file (got " + std::to_string(args.positionals().size()) + ")");
   auto catalogName = args.value("--catalog");
   if (!catalogName) return usageError(command, "which cartridge? Give --catalog ID-OR-NAME");
   out.planFile = args.positionals().front();
@@ -96,7 +99,8 @@ int prepare(const char* command, const Args& args, const Context& context, Prepa
   auto catalog = findCatalog(store, *catalogName, error);
   if (!catalog) return failure(error);
   out.catalog = *catalog;
-  if (std::string reason = offlineReason(out.catalog); !reason.empty()) return failure("Drive Offline: " + reason);
+  if (std::string reason = offlineReason(out.catalog); !reason.empty())
+    return failure("Drive Offline: " + reason);
   out.steps = PlanEngine::validate(out.plan, out.catalog.rootPath, PlanStep::Kind::move);
   return kExitOk;
 }
@@ -123,15 +127,19 @@ int planApply(const std::vector<std::string>& argv, const Context& context) {
   const size_t ok = okCount(p.steps);
   if (!json) printSteps(p.steps);
   if (ok == 0) {
-    if (json) std::puts(nlohmann::json{{"applied", false}, {"steps", stepsJSON(p.steps)}}.dump(2).c_str());
-    else std::puts("Nothing to apply: no step is ready.");
+    if (json)
+      std::puts(nlohmann::json{{"applied", false}, {"steps", stepsJSON(p.steps)}}.dump(2).c_str());
+    else
+      std::puts("Nothing to apply: no step is ready.");
     return kExitOk;
   }
   if (!args.flag("--yes")) {
     if (!isatty(STDIN_FILENO))
       return usageError("plan apply", "will not apply without asking; no terminal to ask on, so pass --yes");
-    std::fputs("\nFiles and folders will be moved and created exactly as previewed. Nothing is deleted or "
-               "overwritten, and you can undo the whole plan with 'orrelin-cli undo'.\n", stderr);
+    std::fputs(
+        "\nFiles and folders will be moved and created exactly as previewed. Nothing is deleted or "
+        "overwritten, and you can undo the whole plan with 'orrelin-cli undo'.\n",
+        stderr);
     if (!confirm("Apply " + plural(ok, "step") + " to the drive?")) {
       std::fputs("Cancelled; nothing was changed.\n", stderr);
       return kExitFailure;
@@ -155,8 +163,9 @@ int planApply(const std::vector<std::string>& argv, const Context& context) {
     std::printf("\nPlan applied: %zu moved, %zu folders created. Undo with: orrelin-cli undo %s\n",
                 log.moves.size(), log.createdFolders.size(), log.id.c_str());
   } else {
-    std::printf("\nPlan Partly Applied: %zu items moved, %zu folders created. Undo with: orrelin-cli undo %s\n",
-                log.moves.size(), log.createdFolders.size(), log.id.c_str());
+    std::printf(
+        "\nPlan Partly Applied: %zu items moved, %zu folders created. Undo with: orrelin-cli undo %s\n",
+        log.moves.size(), log.createdFolders.size(), log.id.c_str());
     std::fputs("Problems:\n", stderr);
     for (const std::string& e : result.errors) std::fprintf(stderr, "  %s\n", e.c_str());
   }
@@ -220,16 +229,19 @@ int undo(const std::vector<std::string>& argv, const Context&) {
   if (!log) return failure(error);
   if (log->undone) return failure("\u201C" + log->title + "\u201D was undone already.");
   if (!args.flag("--yes")) {
-    if (!isatty(STDIN_FILENO)) return usageError("undo", "will not undo without asking; no terminal to ask on, so pass --yes");
-    if (!confirm("Undo \u201C" + log->title + "\u201D: put " + plural(log->moves.size(), "item") + " back in " +
-                 log->root + "?")) {
+    if (!isatty(STDIN_FILENO))
+      return usageError("undo", "will not undo without asking; no terminal to ask on, so pass --yes");
+    if (!confirm("Undo \u201C" + log->title + "\u201D: put " + plural(log->moves.size(), "item") +
+                 " back in " + log->root + "?")) {
       std::fputs("Cancelled; nothing was changed.\n", stderr);
       return kExitFailure;
     }
   }
   auto result = PlanEngine::undo(*log, /*saveLog=*/true);
   if (args.flag("--json")) {
-    std::puts(nlohmann::json{{"log", log->id}, {"restored", result.restored}, {"errors", result.errors}}.dump(2).c_str());
+    std::puts(nlohmann::json{{"log", log->id}, {"restored", result.restored}, {"errors", result.errors}}
+                  .dump(2)
+                  .c_str());
   } else if (result.errors.empty()) {
     std::printf("Undone: %s restored\n", plural(static_cast<size_t>(result.restored), "item").c_str());
   } else {

@@ -27,8 +27,8 @@ std::string disk(const std::string& stored) { return NameMapping::toDisk(stored)
 int renameNoReplace(const std::string& from, const std::string& to) {
 #ifdef SYS_renameat2
   // Through syscall() so that a C library without the wrapper still gets the kernel's atomic check.
-  return static_cast<int>(::syscall(SYS_renameat2, AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(),
-                                    RENAME_NOREPLACE));
+  return static_cast<int>(
+      ::syscall(SYS_renameat2, AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE));
 #else
   errno = ENOSYS;
   return -1;

@@ -124,7 +124,9 @@ std::string_view rawValue(PlanStep::Kind kind) {
 
 namespace {
 
-size_t combine(size_t seed, size_t value) { return seed ^ (value + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2)); }
+size_t combine(size_t seed, size_t value) {
+  return seed ^ (value + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2));
+}
 
 }  // namespace
 

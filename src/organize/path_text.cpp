@@ -44,7 +44,8 @@ std::string standardize(std::string_view path) {
 
 bool isBelow(std::string_view path, std::string_view folder) {
   if (folder == "/") return path.size() > 1 && path.front() == '/';
-  return path.size() > folder.size() + 1 && path.substr(0, folder.size()) == folder && path[folder.size()] == '/';
+  return path.size() > folder.size() + 1 && path.substr(0, folder.size()) == folder &&
+         path[folder.size()] == '/';
 }
 
 std::string parent(std::string_view path) {
@@ -60,7 +61,8 @@ std::string lastComponent(std::string_view path) {
 }
 
 std::string lowercased(std::string_view text) {
-  icu::UnicodeString s = icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+  icu::UnicodeString s =
+      icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
   s.toLower(icu::Locale::getRoot());
   std::string out;
   s.toUTF8String(out);

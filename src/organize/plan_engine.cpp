@@ -75,9 +75,12 @@ OrganizationPlan parse(std::string_view text) {
 
 OrganizationPlan load(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
-  if (!in) throw std::system_error(errno, std::generic_category(), "Could not read \u201C" + file.string() + "\u201D");
+  if (!in)
+    throw std::system_error(errno, std::generic_category(),
+                            "Could not read \u201C" + file.string() + "\u201D");
   std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  if (in.bad()) throw std::system_error(EIO, std::generic_category(), "Could not read \u201C" + file.string() + "\u201D");
+  if (in.bad())
+    throw std::system_error(EIO, std::generic_category(), "Could not read \u201C" + file.string() + "\u201D");
   return parse(text);
 }
 
@@ -99,8 +102,8 @@ std::optional<std::string> resolve(std::string_view path, std::string_view root)
   while (!DiskOps::exists(location) && location.size() >= 2) location = PathText::parent(location);
   std::optional<std::string> real = DiskOps::realPath(location);
   if (!real) return std::nullopt;  // A link that leads nowhere, or a folder we may not look into.
-  bool inside = *real == rootReal || PathText::isBelow(*real, rootReal) || PathText::isBelow(*real, rootPath) ||
-                *real == rootPath;
+  bool inside = *real == rootReal || PathText::isBelow(*real, rootReal) ||
+                PathText::isBelow(*real, rootPath) || *real == rootPath;
   if (!inside) return std::nullopt;
   return candidate;
 }
@@ -151,7 +154,8 @@ std::vector<PlanStep> validate(const OrganizationPlan& plan, std::string_view ro
       } else if (!DiskOps::exists(*from) && !planned.count(*from)) {
         step.status = "Source not found";
       } else if (DiskOps::exists(*to) && !vacated.count(*to) &&
-                 (PathText::lowercased(*from) != PathText::lowercased(*to) || !DiskOps::sameItem(*from, *to))) {
+                 (PathText::lowercased(*from) != PathText::lowercased(*to) ||
+                  !DiskOps::sameItem(*from, *to))) {
         // A name that differs only in case passes when it is the source itself (a case-insensitive
         // volume shows the new name as existing); on a case-sensitive volume it is another item.
         step.status = "Destination already exists \u2014 nothing is overwritten";
@@ -162,8 +166,9 @@ std::vector<PlanStep> validate(const OrganizationPlan& plan, std::string_view ro
         planned.insert(*to);
         vacated.insert(*from);
         std::string parent = PathText::parent(*to);
-        step.status = DiskOps::exists(parent) || planned.count(parent) ? "Ready"
-                                                                        : "Ready \u2014 parent folder will be created";
+        step.status = DiskOps::exists(parent) || planned.count(parent)
+                          ? "Ready"
+                          : "Ready \u2014 parent folder will be created";
       }
       steps.push_back(std::move(step));
     }

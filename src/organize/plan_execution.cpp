@@ -46,7 +46,8 @@ std::string moveItem(const std::string& from, const std::string& to, bool caseOn
     // The item goes back to its own name, which nothing can have taken but a concurrent writer; failing
     // that, it stays under the temporary name, which is reported so that it can be found.
     if (DiskOps::moveNoReplace(hop, from) == 0) return DiskOps::describe(error);
-    return DiskOps::describe(error) + " (the item is now named \u201C" + PathText::lastComponent(hop) + "\u201D)";
+    return DiskOps::describe(error) + " (the item is now named \u201C" + PathText::lastComponent(hop) +
+           "\u201D)";
   }
   return {};
 }

@@ -22,8 +22,9 @@ json UndoLog::toJSON() const {
   json folders = createdFolders;
   json list = json::array();
   for (const PlanMove& m : moves) list.push_back({{"from", m.from}, {"to", m.to}});
-  return {{"id", id},           {"created", Fmt::iso(created)}, {"title", title},   {"root", root},
-          {"createdFolders", folders}, {"moves", list},        {"undone", undone}};
+  return {{"id", id},        {"created", Fmt::iso(created)}, {"title", title},
+          {"root", root},    {"createdFolders", folders},    {"moves", list},
+          {"undone", undone}};
 }
 
 std::optional<UndoLog> UndoLog::fromJSON(const json& value) {

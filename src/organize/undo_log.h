@@ -18,9 +18,10 @@ struct UndoLog {
   std::string id;  // Upper-case canonical UUID; also the file's name (id + ".json").
   Date created;    // When execution began.
   std::string title;
-  std::string root;                         // Stored path of the drive or folder root.
-  std::vector<std::string> createdFolders;  // Absolute stored paths that execution really created, parents first.
-  std::vector<PlanMove> moves;              // Absolute stored paths of the moves that happened, in order.
+  std::string root;  // Stored path of the drive or folder root.
+  std::vector<std::string>
+      createdFolders;           // Absolute stored paths that execution really created, parents first.
+  std::vector<PlanMove> moves;  // Absolute stored paths of the moves that happened, in order.
   bool undone = false;
 
   bool operator==(const UndoLog&) const = default;

@@ -33,7 +33,9 @@ class PlanEngineTest : public ::testing::Test {
   }
 
   std::string path(const std::string& relative) const { return m_root + "/" + relative; }
-  std::string outside(const std::string& relative) const { return (m_temp.path() / "outside" / relative).string(); }
+  std::string outside(const std::string& relative) const {
+    return (m_temp.path() / "outside" / relative).string();
+  }
 
   std::vector<PlanStep> run(const std::vector<std::string>& folders, const std::vector<PlanMove>& moves,
                             PlanStep::Kind kind = PlanStep::Kind::move) {
@@ -97,7 +99,8 @@ TEST(PlanLoadTest, KeysAreOptionalUnknownOnesIgnoredAndWrongTypesFail) {
 
 TEST(PlanLoadTest, ReadsFilesAndPassesReadFailuresOn) {
   TempDir temp;
-  writeFile(temp.path() / "plan.json", R"({"newFolders": ["Sorted"], "moves": [{"from": "a", "to": "Sorted/a"}]})");
+  writeFile(temp.path() / "plan.json",
+            R"({"newFolders": ["Sorted"], "moves": [{"from": "a", "to": "Sorted/a"}]})");
   OrganizationPlan plan = PlanEngine::load(temp.path() / "plan.json");
   EXPECT_EQ(plan.newFolders, std::vector<std::string>{"Sorted"});
   EXPECT_THROW(PlanEngine::load(temp.path() / "missing.json"), std::system_error);
@@ -120,9 +123,9 @@ TEST_F(PlanEngineTest, ResolveKeepsEveryPathInsideTheRoot) {
            {"  Docs/report.pdf\n", path("Docs/report.pdf")},
            {"./Docs//report.pdf/", path("Docs/report.pdf")},
            {"Docs/../notes.md", path("notes.md")},
-           {"New/Deeper/x", path("New/Deeper/x")},  // Nothing of it exists yet.
-           {"~/x", path("~/x")},                    // "~" is an ordinary name.
-           {path("b.txt"), path("b.txt")},          // Absolute inside the root.
+           {"New/Deeper/x", path("New/Deeper/x")},                // Nothing of it exists yet.
+           {"~/x", path("~/x")},                                  // "~" is an ordinary name.
+           {path("b.txt"), path("b.txt")},                        // Absolute inside the root.
            {"DocsLink/report.pdf", path("DocsLink/report.pdf")},  // A link that stays inside.
            {"escape", path("escape")},                            // The link itself may be moved.
            {"", std::nullopt},

@@ -39,14 +39,16 @@ class PlanExecutionTest : public ::testing::Test {
 
   std::string path(const std::string& relative) const { return m_root + "/" + relative; }
 
-  std::vector<PlanStep> validate(const std::vector<std::string>& folders, const std::vector<PlanMove>& moves) {
+  std::vector<PlanStep> validate(const std::vector<std::string>& folders,
+                                 const std::vector<PlanMove>& moves) {
     OrganizationPlan plan;
     plan.newFolders = folders;
     plan.moves = moves;
     return PlanEngine::validate(plan, m_root, PlanStep::Kind::move);
   }
 
-  PlanEngine::ExecuteResult apply(const std::vector<std::string>& folders, const std::vector<PlanMove>& moves) {
+  PlanEngine::ExecuteResult apply(const std::vector<std::string>& folders,
+                                  const std::vector<PlanMove>& moves) {
     return PlanEngine::execute(validate(folders, moves), m_root, "Test plan", /*saveLog=*/true);
   }
 
@@ -55,9 +57,12 @@ class PlanExecutionTest : public ::testing::Test {
     std::map<std::string, std::string> out;
     for (auto it = fs::recursive_directory_iterator(m_root); it != fs::recursive_directory_iterator(); ++it) {
       std::string relative = fs::relative(it->path(), m_root).string();
-      if (it->is_symlink()) out[relative] = "-> " + fs::read_symlink(it->path()).string();
-      else if (it->is_directory()) out[relative + "/"] = "";
-      else out[relative] = readFile(it->path());
+      if (it->is_symlink())
+        out[relative] = "-> " + fs::read_symlink(it->path()).string();
+      else if (it->is_directory())
+        out[relative + "/"] = "";
+      else
+        out[relative] = readFile(it->path());
     }
     return out;
   }
@@ -71,17 +76,17 @@ TEST_F(PlanExecutionTest, AppliesLogsExactlyWhatItDidAndUndoesIt) {
   fs::create_directories(path("x"));
   const auto before = tree();
   auto result = apply({"x/y/z", "Music"}, {{"a.txt", "Sorted/Text/a.txt"},
-                                          {"b.txt", "x/y/z/b.txt"},
-                                          {"a.txt", "Music"},  // Blocked by the dry run: no trace.
-                                          {"Music/song.mp3", "song.mp3"}});
+                                           {"b.txt", "x/y/z/b.txt"},
+                                           {"a.txt", "Music"},  // Blocked by the dry run: no trace.
+                                           {"Music/song.mp3", "song.mp3"}});
   EXPECT_TRUE(result.errors.empty()) << result.errors.front();
   const UndoLog& log = result.log;
   EXPECT_EQ(log.root, m_root);
   EXPECT_EQ(log.title, "Test plan");
   EXPECT_FALSE(log.undone);
   // "x" and "Music" existed already and are never claimed; parents come before children.
-  EXPECT_EQ(log.createdFolders, (std::vector<std::string>{path("x/y"), path("x/y/z"), path("Sorted"),
-                                                          path("Sorted/Text")}));
+  EXPECT_EQ(log.createdFolders,
+            (std::vector<std::string>{path("x/y"), path("x/y/z"), path("Sorted"), path("Sorted/Text")}));
   EXPECT_EQ(log.moves, (std::vector<PlanMove>{{path("a.txt"), path("Sorted/Text/a.txt")},
                                               {path("b.txt"), path("x/y/z/b.txt")},
                                               {path("Music/song.mp3"), path("song.mp3")}}));
@@ -102,16 +107,17 @@ TEST_F(PlanExecutionTest, AppliesLogsExactlyWhatItDidAndUndoesIt) {
 }
 
 TEST_F(PlanExecutionTest, LooksAgainAtTheLastMomentAndGoesOnAfterAFailure) {
-  auto steps = validate({}, {{"a.txt", "new.txt"}, {"gone.txt", "g.txt"}, {"b.txt", "Deep/b.txt"},
+  auto steps = validate({}, {{"a.txt", "new.txt"},
+                             {"gone.txt", "g.txt"},
+                             {"b.txt", "Deep/b.txt"},
                              {"Music/song.mp3", "Blocked/song.mp3"}});
   writeFile(path("gone.txt"), "");  // Makes no difference: the dry run already said "Source not found".
   // The disk changes between the dry run and execution.
   writeFile(path("new.txt"), "arrived meanwhile");
   writeFile(path("Blocked"), "a file where a folder is wanted");
   auto result = PlanEngine::execute(steps, m_root, "t", /*saveLog=*/false);
-  EXPECT_EQ(result.errors,
-            (std::vector<std::string>{"a.txt: \u201Cnew.txt\u201D already exists",
-                                      "Music/song.mp3: Not a directory"}));
+  EXPECT_EQ(result.errors, (std::vector<std::string>{"a.txt: \u201Cnew.txt\u201D already exists",
+                                                     "Music/song.mp3: Not a directory"}));
   EXPECT_EQ(readFile(path("new.txt")), "arrived meanwhile");
   EXPECT_EQ(readFile(path("a.txt")), "a");
   EXPECT_EQ(readFile(path("Deep/b.txt")), "b");
@@ -125,8 +131,8 @@ TEST_F(PlanExecutionTest, LooksAgainAtTheLastMomentAndGoesOnAfterAFailure) {
   EXPECT_EQ(readFile(path("one.txt")), "a");
 
   // A folder step's failure is reported under its own path.
-  auto folder = PlanEngine::execute({{"id", PlanStep::Kind::folder, "", "Blocked/Inner", true, "Will be created"}},
-                                    m_root, "t", false);
+  auto folder = PlanEngine::execute(
+      {{"id", PlanStep::Kind::folder, "", "Blocked/Inner", true, "Will be created"}}, m_root, "t", false);
   EXPECT_EQ(folder.errors, std::vector<std::string>{"Blocked/Inner: Not a directory"});
 }
 
@@ -141,10 +147,11 @@ TEST_F(PlanExecutionTest, AnEmptyRunStillLeavesALog) {
 }
 
 TEST_F(PlanExecutionTest, UndoReportsWhatItCannotPutBackAndDoesTheRest) {
-  auto result = apply({}, {{"a.txt", "One/a.txt"}, {"b.txt", "Two/b.txt"}, {"Music/song.mp3", "Three/song.mp3"}});
+  auto result =
+      apply({}, {{"a.txt", "One/a.txt"}, {"b.txt", "Two/b.txt"}, {"Music/song.mp3", "Three/song.mp3"}});
   ASSERT_TRUE(result.errors.empty());
-  fs::remove(path("One/a.txt"));                // The user deleted it meanwhile.
-  writeFile(path("b.txt"), "new b");            // Someone took its old place.
+  fs::remove(path("One/a.txt"));                 // The user deleted it meanwhile.
+  writeFile(path("b.txt"), "new b");             // Someone took its old place.
   writeFile(path("Three/.DS_Store"), "finder");  // Only a Finder file: the folder goes with it.
   auto undone = PlanEngine::undo(result.log, /*saveLog=*/true);
   EXPECT_EQ(undone.restored, 1);
@@ -152,7 +159,7 @@ TEST_F(PlanExecutionTest, UndoReportsWhatItCannotPutBackAndDoesTheRest) {
                                                      "a.txt: no longer at " + path("One/a.txt")}));
   EXPECT_EQ(readFile(path("Music/song.mp3")), "song");
   EXPECT_FALSE(fs::exists(path("Three")));
-  EXPECT_FALSE(fs::exists(path("One")));   // Empty again.
+  EXPECT_FALSE(fs::exists(path("One")));        // Empty again.
   EXPECT_EQ(readFile(path("Two/b.txt")), "b");  // Stays, with its folder.
   EXPECT_EQ(readFile(path("b.txt")), "new b");
   EXPECT_TRUE(undone.log.undone);
@@ -170,7 +177,8 @@ TEST_F(PlanExecutionTest, UndoLeavesFoldersTheUserFilledAndRecreatesMissingParen
   EXPECT_EQ(readFile(path("New/mine.txt")), "user's file");
   EXPECT_EQ(readFile(path("Music/song.mp3")), "song");
   EXPECT_EQ(readFile(path("a.txt")), "a");
-  EXPECT_TRUE(UndoLogStore::list().at(0).undone == false);  // saveLog false: the file is as execution left it.
+  EXPECT_TRUE(UndoLogStore::list().at(0).undone ==
+              false);  // saveLog false: the file is as execution left it.
 }
 
 TEST_F(PlanExecutionTest, ChainsUndoInReverse) {
@@ -233,8 +241,9 @@ TEST_F(PlanExecutionTest, ACaseOnlyRenameNeverReplacesAnotherItem) {
   fs::create_hard_link(path("a.txt"), path("A.txt"));
   result = PlanEngine::execute({step}, m_root, "t", false);
   EXPECT_EQ(result.errors, std::vector<std::string>{"a.txt: Something with that name is already there"});
-  EXPECT_EQ(tree(), (std::map<std::string, std::string>{{"A.txt", "a"}, {"a.txt", "a"}, {"b.txt", "b"},
-                                                         {"Music/", ""}, {"Music/song.mp3", "song"}}));
+  EXPECT_EQ(tree(),
+            (std::map<std::string, std::string>{
+                {"A.txt", "a"}, {"a.txt", "a"}, {"b.txt", "b"}, {"Music/", ""}, {"Music/song.mp3", "song"}}));
   EXPECT_TRUE(result.log.moves.empty());
 }
 
@@ -259,8 +268,9 @@ TEST_F(PlanExecutionTest, AnEditedLogCannotReachOutsideItsRoot) {
   UndoLog log;
   log.id = "EDITED";
   log.root = m_root;
-  log.moves = {{(m_temp.path() / "outside/moved.txt").string(), (m_temp.path() / "outside/victim.txt").string()},
-               {path("../outside/x.txt"), path("a.txt")}};
+  log.moves = {
+      {(m_temp.path() / "outside/moved.txt").string(), (m_temp.path() / "outside/victim.txt").string()},
+      {path("../outside/x.txt"), path("a.txt")}};
   log.createdFolders = {(m_temp.path() / "outside").string()};
   auto undone = PlanEngine::undo(log, false);
   EXPECT_EQ(undone.restored, 0);
@@ -271,8 +281,8 @@ TEST_F(PlanExecutionTest, AnEditedLogCannotReachOutsideItsRoot) {
 }
 
 TEST_F(PlanExecutionTest, LogFilesArePrettySortedAndListedNewestFirst) {
-  UndoLog older{"AAAA-OLD", Date::fromSeconds(1700000000.75), "Older", m_root, {path("N")},
-                {{path("x"), path("N/x")}}, false};
+  UndoLog older{"AAAA-OLD",  Date::fromSeconds(1700000000.75), "Older", m_root,
+                {path("N")}, {{path("x"), path("N/x")}},       false};
   UndoLog newer{"BBBB-NEW", Date::fromSeconds(1800000000), "Newer", m_root, {}, {}, true};
   UndoLogStore::save(older);
   UndoLogStore::save(newer);
@@ -281,14 +291,19 @@ TEST_F(PlanExecutionTest, LogFilesArePrettySortedAndListedNewestFirst) {
   EXPECT_EQ(readFile(folder / "AAAA-OLD.json"),
             "{\n"
             "  \"created\": \"2023-11-14T22:13:20Z\",\n"
-            "  \"createdFolders\": [\n    \"" + path("N") + "\"\n  ],\n"
-            "  \"id\": \"AAAA-OLD\",\n"
-            "  \"moves\": [\n    {\n      \"from\": \"" + path("x") + "\",\n      \"to\": \"" + path("N/x") +
-            "\"\n    }\n  ],\n"
-            "  \"root\": \"" + m_root + "\",\n"
-            "  \"title\": \"Older\",\n"
-            "  \"undone\": false\n"
-            "}\n");
+            "  \"createdFolders\": [\n    \"" +
+                path("N") +
+                "\"\n  ],\n"
+                "  \"id\": \"AAAA-OLD\",\n"
+                "  \"moves\": [\n    {\n      \"from\": \"" +
+                path("x") + "\",\n      \"to\": \"" + path("N/x") +
+                "\"\n    }\n  ],\n"
+                "  \"root\": \"" +
+                m_root +
+                "\",\n"
+                "  \"title\": \"Older\",\n"
+                "  \"undone\": false\n"
+                "}\n");
   // Strays: another text file, a log lacking a key, a log with a bad date, a folder.
   writeFile(folder / "notes.txt", "not json");
   auto partial = older.toJSON();
@@ -310,7 +325,8 @@ TEST_F(PlanExecutionTest, LogFilesArePrettySortedAndListedNewestFirst) {
   UndoLogStore::save(older);
   EXPECT_TRUE(UndoLogStore::list()[1].undone);
   size_t files = 0;
-  for (const auto& entry : fs::directory_iterator(folder)) files += entry.path().filename().string()[0] == '.';
+  for (const auto& entry : fs::directory_iterator(folder))
+    files += entry.path().filename().string()[0] == '.';
   EXPECT_EQ(files, 0u);  // No temporary file left behind.
 }
 

@@ -1,5 +1,6 @@
 // Random trees and random plans through the dry run, execution and undo; see support/plan_property.h for
-// what is checked. ORRELIN_PLAN_ROUNDS sets the number of rounds (default 300), ORRELIN_PLAN_SEED the first seed.
+// what is checked. ORRELIN_PLAN_ROUNDS sets the number of rounds (default 300), ORRELIN_PLAN_SEED the first
+// seed.
 #include <stdlib.h>
 
 #include <gtest/gtest.h>

@@ -46,15 +46,19 @@ inline std::string readBytes(const fs::path& path) {
 inline Snapshot snapshot(const fs::path& folder, bool withTimes) {
   Snapshot out;
   std::error_code ec;
-  for (auto it = fs::recursive_directory_iterator(folder, ec); !ec && it != fs::recursive_directory_iterator();
-       it.increment(ec)) {
+  for (auto it = fs::recursive_directory_iterator(folder, ec);
+       !ec && it != fs::recursive_directory_iterator(); it.increment(ec)) {
     struct stat st;
     if (::lstat(it->path().c_str(), &st) != 0) continue;
     Item item;
-    if (S_ISREG(st.st_mode)) item.type = 'f', item.data = readBytes(it->path());
-    else if (S_ISDIR(st.st_mode)) item.type = 'd';
-    else if (S_ISLNK(st.st_mode)) item.type = 'l', item.data = fs::read_symlink(it->path()).native();
-    else item.type = 'o';
+    if (S_ISREG(st.st_mode))
+      item.type = 'f', item.data = readBytes(it->path());
+    else if (S_ISDIR(st.st_mode))
+      item.type = 'd';
+    else if (S_ISLNK(st.st_mode))
+      item.type = 'l', item.data = fs::read_symlink(it->path()).native();
+    else
+      item.type = 'o';
     if (withTimes) {
       item.mtime = int64_t(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
       item.ctime = int64_t(st.st_ctim.tv_sec) * 1000000000 + st.st_ctim.tv_nsec;
@@ -74,7 +78,7 @@ inline std::multiset<std::string> contents(const Snapshot& s) {
 
 struct Tally {
   int64_t plans = 0, steps = 0, ok = 0, errors = 0, blocked = 0, moved = 0, undoErrors = 0, failures = 0;
-  int64_t leftoverFolders = 0;  // Empty folders made by a plan that its undo could not identify.
+  int64_t leftoverFolders = 0;            // Empty folders made by a plan that its undo could not identify.
   std::vector<std::string> failureTexts;  // The first few, with their seed.
 };
 
@@ -114,8 +118,9 @@ class Generator {
   // Fills the sandbox with a random tree: nested folders, files of random contents (some duplicated),
   // names that differ only in case, a name that is not UTF-8, and links inside, outside and nowhere.
   void makeTree(const Sandbox& box) {
-    static const std::vector<std::string> names = {"a", "A", "b", "B", "c.txt", "C.TXT", "d.jpg", "e",
-                                                   "Photos", "photos", "x y", "\xC3\xBC", "f\xFF", "g.md"};
+    static const std::vector<std::string> names = {"a",     "A",        "b",     "B",      "c.txt",
+                                                   "C.TXT", "d.jpg",    "e",     "Photos", "photos",
+                                                   "x y",   "\xC3\xBC", "f\xFF", "g.md"};
     for (int i = 0; i < 3; ++i) writeFile(box.outside() / ("o" + std::to_string(i)), randomContents());
     fs::create_directories(box.outside() / "dir");
     writeFile(box.outside() / "dir/inner", randomContents());
@@ -133,9 +138,10 @@ class Generator {
       } else if (kind < 8) {
         writeFile(at, pick(0, 6) == 0 && !m_lastContents.empty() ? m_lastContents : randomContents());
       } else {
-        fs::path targets[] = {box.outside(), box.outside() / "o1", box.outside() / "dir",
-                              folders[pick(0, int(folders.size()) - 1)], box.root() / "nowhere",
-                              fs::path("..") / "..", fs::path("a")};
+        fs::path targets[] = {box.outside(),          box.outside() / "o1",
+                              box.outside() / "dir",  folders[pick(0, int(folders.size()) - 1)],
+                              box.root() / "nowhere", fs::path("..") / "..",
+                              fs::path("a")};
         fs::create_symlink(targets[pick(0, 6)], at, ec);
       }
     }
@@ -146,18 +152,28 @@ class Generator {
   // themselves.
   OrganizationPlan makePlan(const Sandbox& box) {
     std::vector<std::string> existing;
-    for (const auto& [path, item] : snapshot(box.root(), false)) existing.push_back(NameMapping::fromDisk(path));
-    auto any = [&]() -> std::string { return existing.empty() ? "a" : existing[pick(0, int(existing.size()) - 1)]; };
+    for (const auto& [path, item] : snapshot(box.root(), false))
+      existing.push_back(NameMapping::fromDisk(path));
+    auto any = [&]() -> std::string {
+      return existing.empty() ? "a" : existing[pick(0, int(existing.size()) - 1)];
+    };
     const std::string root = NameMapping::storedPath(box.root());
     auto variant = [&](const std::string& p) -> std::string {
       switch (pick(0, 14)) {
-        case 0: return "./" + p;
-        case 1: return "zz/../" + p;
-        case 2: return root + "/" + p;
-        case 3: return flipCase(p);
-        case 4: return "../" + p;
-        case 5: return "  " + p + "\n";
-        default: return p;
+        case 0:
+          return "./" + p;
+        case 1:
+          return "zz/../" + p;
+        case 2:
+          return root + "/" + p;
+        case 3:
+          return flipCase(p);
+        case 4:
+          return "../" + p;
+        case 5:
+          return "  " + p + "\n";
+        default:
+          return p;
       }
     };
     auto fresh = [&]() -> std::string {
@@ -170,8 +186,8 @@ class Generator {
       return any();
     };
     auto odd = [&]() -> std::string {
-      static const std::vector<std::string> texts = {"", " ", ".", "..", "../outside/o1", "/etc/passwd",
-                                                     "Sorted/..", "a/../../outside"};
+      static const std::vector<std::string> texts = {
+          "", " ", ".", "..", "../outside/o1", "/etc/passwd", "Sorted/..", "a/../../outside"};
       int i = pick(0, int(texts.size()));
       return i == int(texts.size()) ? NameMapping::storedPath(box.outside() / "o2") : texts[i];
     };
@@ -185,7 +201,8 @@ class Generator {
     OrganizationPlan plan;
     if (pick(0, 2) > 0) {
       plan.newFolders.emplace();
-      for (int i = pick(0, 3); i > 0; --i) plan.newFolders->push_back(pick(0, 5) == 0 ? odd() : variant(fresh()));
+      for (int i = pick(0, 3); i > 0; --i)
+        plan.newFolders->push_back(pick(0, 5) == 0 ? odd() : variant(fresh()));
     }
     plan.moves.emplace();
     for (int i = pick(0, 8); i > 0; --i) {
@@ -209,11 +226,10 @@ class Generator {
           break;
         }
         case 3:  // Case only.
-          {
-            std::string x = any();
-            plan.moves->push_back({x, flipCase(x)});
-          }
-          break;
+        {
+          std::string x = any();
+          plan.moves->push_back({x, flipCase(x)});
+        } break;
         case 4: {  // Into itself, or below itself.
           std::string x = any();
           plan.moves->push_back({x, x + "/inner/" + PathTextLeaf(x)});
@@ -325,7 +341,8 @@ inline void runRound(uint64_t seed, Sandbox& box, Tally& tally) {
     const bool reported = errorAt < result.errors.size() && result.errors[errorAt].rfind(label, 0) == 0;
     if (s.kind == PlanStep::Kind::folder) {
       const auto& made = result.log.createdFolders;
-      if (s.status.rfind("Already", 0) == 0 || (tos[i] && std::find(made.begin(), made.end(), *tos[i]) != made.end())) {
+      if (s.status.rfind("Already", 0) == 0 ||
+          (tos[i] && std::find(made.begin(), made.end(), *tos[i]) != made.end())) {
         continue;
       }
       check(reported, "folder step neither made nor reported: " + s.to);
@@ -388,7 +405,8 @@ inline void runRound(uint64_t seed, Sandbox& box, Tally& tally) {
       for (const PlanMove& m : result.log.moves) text += "\n  moved: " + m.from + " -> " + m.to;
       for (const std::string& f : result.log.createdFolders) text += "\n  made: " + f;
       text += "\n  tree:";
-      for (const auto& [path, item] : tree0) text += " " + path + (item.type == 'l' ? "->" + item.data : std::string(1, item.type));
+      for (const auto& [path, item] : tree0)
+        text += " " + path + (item.type == 'l' ? "->" + item.data : std::string(1, item.type));
       for (const auto& [path, item] : tree0)
         if (!after.count(path) || !(after.at(path) == item)) text += "\n  before, not after: " + path;
       for (const auto& [path, item] : after)
