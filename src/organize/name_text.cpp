@@ -41,8 +41,16 @@ FoldedText fold(const icu::UnicodeString& text) {
   UErrorCode status = U_ZERO_ERROR;
   const icu::Normalizer2* nfd = icu::Normalizer2::getNFDInstance(status);
   FoldedText out;
+  out.origin.reserve(static_cast<size_t>(text.length()) + 1);
   for (int32_t i = 0; i < text.length();) {
     UChar32 c = text.char32At(i);
+    if (c < 0x80) {
+      // Most names are ASCII, whose folded form is its lower case: no per-character ICU calls.
+      out.origin.push_back(i);
+      out.folded.append(static_cast<char16_t>(c >= u'A' && c <= u'Z' ? c + 32 : c));
+      ++i;
+      continue;
+    }
     icu::UnicodeString form(c);
     form.foldCase(U_FOLD_CASE_DEFAULT);
     if (U_SUCCESS(status)) {

@@ -29,17 +29,18 @@ std::vector<FileRecord> RenamePane::select(std::vector<FileRecord> all, const st
 }
 
 std::vector<PlanMove> RenamePane::childrenFirst(const OrganizationPlan& plan, const std::vector<FileRecord>& records) {
-  std::unordered_map<std::string, const PlanMove*> bySource;
+  std::unordered_map<std::string_view, const PlanMove*> bySource;
   if (plan.moves)
     for (const PlanMove& move : *plan.moves) bySource.emplace(move.from, &move);
-  std::vector<const FileRecord*> deepest;
+  // Depths are counted once, not at every comparison of the sort.
+  std::vector<std::pair<size_t, const FileRecord*>> deepest;
   deepest.reserve(records.size());
-  for (const FileRecord& r : records) deepest.push_back(&r);
+  for (const FileRecord& r : records) deepest.emplace_back(depth(r.path), &r);
   std::stable_sort(deepest.begin(), deepest.end(),
-                   [](const FileRecord* a, const FileRecord* b) { return depth(a->path) > depth(b->path); });
+                   [](const auto& a, const auto& b) { return a.first > b.first; });
   std::vector<PlanMove> moves;
   moves.reserve(bySource.size());
-  for (const FileRecord* r : deepest) {
+  for (const auto& [level, r] : deepest) {
     auto it = bySource.find(r->path);
     if (it != bySource.end()) moves.push_back(*it->second);
   }
