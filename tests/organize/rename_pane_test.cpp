@@ -9,6 +9,7 @@
 #include <map>
 #include <sstream>
 
+#include "core/name_mapping.h"
 #include "organize/plan_engine.h"
 #include "scan/volume_info.h"
 #include "store/catalog_db.h"
@@ -63,12 +64,13 @@ class RenamePaneTest : public ::testing::Test {
     for (const auto& e : fs::recursive_directory_iterator(drive.path())) entries.push_back(e.path());
     std::sort(entries.begin(), entries.end());  // Parents before children.
     for (const fs::path& p : entries) {
-      std::string rel = fs::relative(p, drive.path()).string();
+      // Names that are not UTF-8 are stored in their mapped form, as the scanner stores them.
+      std::string rel = NameMapping::storedPath(fs::relative(p, drive.path()));
       std::string parent = parentPath(rel);
       bool dir = fs::is_directory(p);
       store->db().run("INSERT INTO files(catalog_id, parent_id, path, name, is_dir, kind) VALUES(?,?,?,?,?,?)",
-                      {id, parent.empty() ? int64_t{0} : ids.at(parent), rel, p.filename().string(), dir,
-                       dir ? "Folder" : "Other"});
+                      {id, parent.empty() ? int64_t{0} : ids.at(parent), rel,
+                       NameMapping::storedPath(p.filename()), dir, dir ? "Folder" : "Other"});
       ids[rel] = store->db().lastInsertID();
     }
     pane.catalogID = id;
@@ -163,6 +165,27 @@ TEST_F(RenamePaneTest, FoldersAndTheirContentsRenameInOneBatch) {
   };
   EXPECT_EQ(snapshot(drive.path()), expected);
   EXPECT_EQ(PlanEngine::undo(*applied.log, true).restored, 5);
+  EXPECT_EQ(snapshot(drive.path()), before);
+}
+
+TEST_F(RenamePaneTest, NamesThatAreNotUTF8KeepTheirBytes) {
+  write("Latin-1/caf\xe9 m\xfcsic.txt", "bytes");
+  write("Latin-1/plain.txt", "plain");
+  catalogDrive();
+  const auto before = snapshot(drive.path());
+  pane.folder = "Latin-1";
+  pane.rule.prefix = "new ";
+  pane.rule.caseMode = RenameRule::CaseMode::title;
+  pane.preview(store.get());
+  ASSERT_EQ(pane.steps.size(), 2u);
+  EXPECT_TRUE(pane.steps[0].ok && pane.steps[1].ok) << pane.steps[0].status << " / " << pane.steps[1].status;
+  RenameOutcome applied = pane.apply(store.get());
+  EXPECT_FALSE(applied.alert);
+  // The undecodable bytes pass through every step unchanged; the letters around them are title-cased.
+  auto after = snapshot(drive.path());
+  EXPECT_EQ(after["Latin-1/new Caf\xe9 M\xfcsic.txt"], "bytes");
+  EXPECT_EQ(after["Latin-1/new Plain.txt"], "plain");
+  PlanEngine::undo(*applied.log, true);
   EXPECT_EQ(snapshot(drive.path()), before);
 }
 
