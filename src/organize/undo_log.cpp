@@ -94,9 +94,14 @@ std::vector<UndoLog> list() {
   std::error_code ec;
   std::filesystem::directory_iterator it(folder(), ec);
   for (; !ec && it != std::filesystem::directory_iterator(); it.increment(ec)) {
-    std::ifstream in(it->path(), std::ios::binary);
-    if (!in) continue;
-    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::string text;
+    try {
+      std::ifstream in(it->path(), std::ios::binary);
+      if (!in) continue;
+      text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    } catch (const std::exception&) {
+      continue;  // A folder, or a file that fails while it is read.
+    }
     json value = json::parse(text, nullptr, /*allow_exceptions=*/false);
     if (value.is_discarded()) continue;
     if (auto log = UndoLog::fromJSON(value)) logs.push_back(std::move(*log));
