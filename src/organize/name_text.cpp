@@ -205,8 +205,8 @@ std::shared_ptr<const icu::RegexPattern> compileRegex(std::string_view pattern) 
   return compiled;
 }
 
-std::string regexReplace(const icu::RegexPattern& pattern, std::string_view text,
-                         std::string_view replacementTemplate) {
+std::optional<std::string> regexReplace(const icu::RegexPattern& pattern, std::string_view text,
+                                        std::string_view replacementTemplate) {
   icu::UnicodeString source = toUnicode(text);
   UErrorCode status = U_ZERO_ERROR;
   std::unique_ptr<icu::RegexMatcher> matcher(pattern.matcher(source, status));
@@ -222,8 +222,9 @@ std::string regexReplace(const icu::RegexPattern& pattern, std::string_view text
     last = end;
     any = true;
   }
-  // A time-out (or any other failure of the engine) ends find() with an error: keep the name as it was.
-  if (U_FAILURE(status) || !any) return std::string(text);
+  // A time-out (or any other failure of the engine) ends find() with an error.
+  if (U_FAILURE(status)) return std::nullopt;
+  if (!any) return std::string(text);
   out.append(source, last, source.length() - last);
   return toUTF8(out);
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -48,10 +49,10 @@ std::shared_ptr<const icu::RegexPattern> compileRegex(std::string_view pattern);
 // Replaces every match of `pattern` in `text` by `replacementTemplate`, in which "$0" stands for the whole
 // match and "$1" and onwards for its groups ("$12" reads as group 12 only when there are that many groups,
 // else as group 1 and a "2"), a group that did not take part is empty, "\" takes the next character
-// literally, and a "$" without a digit is itself. A match that runs past the time limit (a pathological
-// pattern) leaves `text` unchanged rather than stalling the caller.
-std::string regexReplace(const icu::RegexPattern& pattern, std::string_view text,
-                         std::string_view replacementTemplate);
+// literally, and a "$" without a digit is itself. Returns nullopt when a match runs past the time limit
+// (a pathological pattern), rather than stalling the caller.
+std::optional<std::string> regexReplace(const icu::RegexPattern& pattern, std::string_view text,
+                                        std::string_view replacementTemplate);
 
 // ICU match-engine steps one name may take in regexReplace before it gives up, a second or so.
 inline constexpr int kRenameRegexTimeLimit = 1000;

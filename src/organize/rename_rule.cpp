@@ -29,8 +29,18 @@ class PreparedRule {
 
     if (!r.find.empty()) {
       // A pattern that does not compile is looked for as plain text: a half-typed expression still works.
-      text = m_regex ? NameText::regexReplace(*m_regex, text, r.replace)
-                     : NameText::replacingIgnoringCase(text, r.find, r.replace);
+      if (!m_regex) {
+        text = NameText::replacingIgnoringCase(text, r.find, r.replace);
+      } else if (m_timeouts < kTimeoutsPerBatch) {
+        // A match that times out leaves the text as it was; after a few, the pattern is given up for the
+        // rest of the batch, so that a runaway expression costs a moment, not an hour.
+        std::optional<std::string> replaced = NameText::regexReplace(*m_regex, text, r.replace);
+        if (replaced) {
+          text = std::move(*replaced);
+        } else {
+          ++m_timeouts;
+        }
+      }
     }
     switch (r.caseMode) {
       case RenameRule::CaseMode::keep: break;
@@ -57,8 +67,11 @@ class PreparedRule {
     return buffer;
   }
 
+  static constexpr int kTimeoutsPerBatch = 3;
+
   const RenameRule& m_rule;
   std::shared_ptr<const icu::RegexPattern> m_regex;
+  mutable int m_timeouts = 0;
 };
 
 }  // namespace

@@ -91,6 +91,19 @@ TEST(RenameRuleTest, AnInvalidPatternIsLookedForAsPlainText) {
   });
 }
 
+TEST(RenameRuleTest, ARunawayPatternLeavesTheTextButNotTheOtherSteps) {
+  RenameRule runaway = findRule("(a+)+$", "x", true);
+  runaway.prefix = "p ";
+  std::vector<FileRecord> files(40);
+  for (size_t i = 0; i < files.size(); ++i) files[i].path = files[i].name = std::string(40, 'a') + "b" + std::to_string(i);
+  OrganizationPlan plan = runaway.plan(files);
+  ASSERT_TRUE(plan.moves);
+  ASSERT_EQ(plan.moves->size(), files.size());
+  for (size_t i = 0; i < files.size(); ++i) EXPECT_EQ((*plan.moves)[i].to, "p " + files[i].name);
+  // The same pattern on a name it settles quickly still works.
+  EXPECT_EQ(runaway.newName("aaa", 0), "p x");
+}
+
 TEST(RenameRuleTest, CaseMappingsAreFullAndFreeOfAnyLanguage) {
   using M = RenameRule::CaseMode;
   expectAll({
