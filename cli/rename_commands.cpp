@@ -78,7 +78,8 @@ std::string readRule(const Args& args, RenameRule& rule) {
         {"lower", RenameRule::CaseMode::lower},
         {"upper", RenameRule::CaseMode::upper},
         {"title", RenameRule::CaseMode::title}};
-    auto it = std::find_if(std::begin(kModes), std::end(kModes), [&](const auto& m) { return *mode == m.first; });
+    auto it =
+        std::find_if(std::begin(kModes), std::end(kModes), [&](const auto& m) { return *mode == m.first; });
     if (it == std::end(kModes)) return "--case is keep, lower, upper or title (got '" + *mode + "')";
     rule.caseMode = it->second;
   }
@@ -90,7 +91,8 @@ std::string readRule(const Args& args, RenameRule& rule) {
     int digitsValue = 0;
     if (!parseInteger(start, startValue) || !parseInteger(digits, digitsValue) || digitsValue < 1 ||
         digitsValue > 6)
-      return "--number is START:DIGITS, a whole number and 1 to 6 digits, such as 1:3 (got '" + *number + "')";
+      return "--number is START:DIGITS, a whole number and 1 to 6 digits, such as 1:3 (got '" + *number +
+             "')";
     rule.numbering = true;
     rule.start = startValue;
     rule.digits = digitsValue;
@@ -100,7 +102,8 @@ std::string readRule(const Args& args, RenameRule& rule) {
 
 // Number of characters (not bytes) of UTF-8 text, for lining up columns.
 size_t columns(const std::string& text) {
-  return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
+  return static_cast<size_t>(
+      std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
 }
 
 std::string padded(const std::string& text, size_t width) {
@@ -118,9 +121,11 @@ void printSteps(const std::vector<PlanStep>& steps) {
   std::printf("%s  %s  %s\n", padded("FROM", fromWidth).c_str(), padded("TO", toWidth).c_str(), "STATUS");
   for (const PlanStep& s : steps) {
     std::printf("%s  %s  %s%s\n", padded(NameMapping::toDisk(s.from), fromWidth).c_str(),
-                padded(NameMapping::toDisk(s.to), toWidth).c_str(), s.ok ? "" : "BLOCKED: ", s.status.c_str());
+                padded(NameMapping::toDisk(s.to), toWidth).c_str(),
+                s.ok ? "" : "BLOCKED: ", s.status.c_str());
   }
-  size_t ready = static_cast<size_t>(std::count_if(steps.begin(), steps.end(), [](const PlanStep& s) { return s.ok; }));
+  size_t ready =
+      static_cast<size_t>(std::count_if(steps.begin(), steps.end(), [](const PlanStep& s) { return s.ok; }));
   std::printf("\n%zu rename%s: %zu ready, %zu blocked\n", steps.size(), steps.size() == 1 ? "" : "s", ready,
               steps.size() - ready);
 }
@@ -154,7 +159,8 @@ int rename(const std::vector<std::string>& argv, const Context& context) {
     return kExitOk;
   }
   printSteps(pane.steps);
-  size_t ready = static_cast<size_t>(std::count_if(pane.steps.begin(), pane.steps.end(), [](const PlanStep& s) { return s.ok; }));
+  size_t ready = static_cast<size_t>(
+      std::count_if(pane.steps.begin(), pane.steps.end(), [](const PlanStep& s) { return s.ok; }));
   if (!args.flag("--apply")) {
     std::printf("Dry run: nothing was changed. Add --apply to carry out the %zu ready rename%s.\n", ready,
                 ready == 1 ? "" : "s");
@@ -163,7 +169,8 @@ int rename(const std::vector<std::string>& argv, const Context& context) {
   if (ready == 0) return failure("no rename is ready; nothing was changed");
 
   RenameOutcome applied = pane.apply(&store);
-  if (!applied.log) return failure("the drive of '" + catalog->name + "' is no longer connected; nothing was changed");
+  if (!applied.log)
+    return failure("the drive of '" + catalog->name + "' is no longer connected; nothing was changed");
   std::printf("\n");
   if (applied.toast) std::printf("%s\n", applied.toast->c_str());
   std::printf("Undo log: %s\n", applied.log->id.c_str());

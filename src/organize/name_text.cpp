@@ -96,7 +96,8 @@ std::vector<std::pair<int32_t, int32_t>> foldedMatches(const icu::UnicodeString&
 }
 
 // Appends the expansion of `tmpl` for the current match of `matcher` to `out`.
-void expandTemplate(const icu::RegexMatcher& matcher, const icu::UnicodeString& tmpl, icu::UnicodeString& out) {
+void expandTemplate(const icu::RegexMatcher& matcher, const icu::UnicodeString& tmpl,
+                    icu::UnicodeString& out) {
   const int32_t groups = matcher.groupCount();
   for (int32_t i = 0; i < tmpl.length(); ++i) {
     char16_t c = tmpl.charAt(i);
@@ -137,9 +138,13 @@ std::string deletingPathExtension(std::string_view name) {
   return std::string(name.substr(0, name.size() - ext.size() - 1));
 }
 
-std::string lowercased(std::string_view text) { return toUTF8(toUnicode(text).toLower(icu::Locale::getRoot())); }
+std::string lowercased(std::string_view text) {
+  return toUTF8(toUnicode(text).toLower(icu::Locale::getRoot()));
+}
 
-std::string uppercased(std::string_view text) { return toUTF8(toUnicode(text).toUpper(icu::Locale::getRoot())); }
+std::string uppercased(std::string_view text) {
+  return toUTF8(toUnicode(text).toUpper(icu::Locale::getRoot()));
+}
 
 std::string capitalized(std::string_view text) {
   const icu::Locale& root = icu::Locale::getRoot();
@@ -175,7 +180,8 @@ std::string capitalized(std::string_view text) {
   return toUTF8(out);
 }
 
-std::string replacingIgnoringCase(std::string_view text, std::string_view find, std::string_view replacement) {
+std::string replacingIgnoringCase(std::string_view text, std::string_view find,
+                                  std::string_view replacement) {
   if (find.empty()) return std::string(text);
   icu::UnicodeString source = toUnicode(text);
   auto matches = foldedMatches(source, toUnicode(find));

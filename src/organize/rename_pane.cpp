@@ -39,7 +39,8 @@ bool driveConnected(const Catalog& catalog) {
 std::string offlineMessage(const Catalog& catalog) {
   if (catalog.isSample)
     return "“" + catalog.name +
-           "” is demonstration data, so there is no real drive to open. Catalog one of your own drives to use "
+           "” is demonstration data, so there is no real drive to open. Catalog one of your own drives to "
+           "use "
            "Reveal in Finder.";
   if (catalog.rootPath.empty())
     return "“" + catalog.name + "” was imported from a file, so its original location is unknown.";
@@ -72,7 +73,8 @@ RenameOutcome RenamePane::preview(CatalogDB* store) {
   } catch (const DBError&) {
     // Read as an empty catalog: the preview then says that nothing matches.
   }
-  std::vector<FileRecord> chosen = select(std::move(all), trimFolder(folder), filter, includeSub, includeFolders);
+  std::vector<FileRecord> chosen =
+      select(std::move(all), trimFolder(folder), filter, includeSub, includeFolders);
   if (chosen.empty()) {
     steps.clear();
     outcome.toast = "No items match that folder and filter";

@@ -61,7 +61,8 @@ class RenamePane {
   // The moves of `plan` reordered so that deeper records come first, path order kept within one depth:
   // children are renamed before their folders, so every source is still where it was when its turn comes.
   // `records` are those the plan was made from, in the plan's order.
-  static std::vector<PlanMove> childrenFirst(const OrganizationPlan& plan, const std::vector<FileRecord>& records);
+  static std::vector<PlanMove> childrenFirst(const OrganizationPlan& plan,
+                                             const std::vector<FileRecord>& records);
 };
 
 // The toast after a successful apply: "Renamed 3 items — undo any time from Organization Plan".

@@ -43,10 +43,17 @@ class PreparedRule {
       }
     }
     switch (r.caseMode) {
-      case RenameRule::CaseMode::keep: break;
-      case RenameRule::CaseMode::lower: text = NameText::lowercased(text); break;
-      case RenameRule::CaseMode::upper: text = NameText::uppercased(text); break;
-      case RenameRule::CaseMode::title: text = NameText::capitalized(text); break;
+      case RenameRule::CaseMode::keep:
+        break;
+      case RenameRule::CaseMode::lower:
+        text = NameText::lowercased(text);
+        break;
+      case RenameRule::CaseMode::upper:
+        text = NameText::uppercased(text);
+        break;
+      case RenameRule::CaseMode::title:
+        text = NameText::capitalized(text);
+        break;
     }
     std::string out = r.prefix + text + r.suffix;
     if (r.numbering) out += " " + number(index);
@@ -101,10 +108,14 @@ OrganizationPlan RenameRule::plan(const std::vector<FileRecord>& files) const {
 
 std::string_view rawValue(RenameRule::CaseMode mode) {
   switch (mode) {
-    case RenameRule::CaseMode::keep: return "Keep Case";
-    case RenameRule::CaseMode::lower: return "lowercase";
-    case RenameRule::CaseMode::upper: return "UPPERCASE";
-    case RenameRule::CaseMode::title: return "Title Case";
+    case RenameRule::CaseMode::keep:
+      return "Keep Case";
+    case RenameRule::CaseMode::lower:
+      return "lowercase";
+    case RenameRule::CaseMode::upper:
+      return "UPPERCASE";
+    case RenameRule::CaseMode::title:
+      return "Title Case";
   }
   return "Keep Case";
 }

@@ -25,7 +25,7 @@ struct RenameRule {
   CaseMode caseMode = CaseMode::keep;
   bool numbering = false;  // Append a blank and start + position.
   int64_t start = 1;
-  int digits = 3;              // Minimum digits of the number, taken within 1 and 6.
+  int digits = 3;             // Minimum digits of the number, taken within 1 and 6.
   bool keepExtension = true;  // The extension is left out of every step and put back unchanged.
 
   bool operator==(const RenameRule&) const = default;

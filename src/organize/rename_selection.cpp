@@ -11,7 +11,9 @@ namespace orrelin {
 
 namespace {
 
-size_t depth(const std::string& path) { return static_cast<size_t>(std::count(path.begin(), path.end(), '/')) + 1; }
+size_t depth(const std::string& path) {
+  return static_cast<size_t>(std::count(path.begin(), path.end(), '/')) + 1;
+}
 
 }  // namespace
 
@@ -28,7 +30,8 @@ std::vector<FileRecord> RenamePane::select(std::vector<FileRecord> all, const st
   return all;
 }
 
-std::vector<PlanMove> RenamePane::childrenFirst(const OrganizationPlan& plan, const std::vector<FileRecord>& records) {
+std::vector<PlanMove> RenamePane::childrenFirst(const OrganizationPlan& plan,
+                                                const std::vector<FileRecord>& records) {
   std::unordered_map<std::string_view, const PlanMove*> bySource;
   if (plan.moves)
     for (const PlanMove& move : *plan.moves) bySource.emplace(move.from, &move);

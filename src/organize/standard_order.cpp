@@ -44,9 +44,9 @@ StandardOrder::~StandardOrder() = default;
 int StandardOrder::compare(std::string_view a, std::string_view b) const {
   if (m_collator) {
     UErrorCode status = U_ZERO_ERROR;
-    UCollationResult result = m_collator->compareUTF8(icu::StringPiece(a.data(), static_cast<int32_t>(a.size())),
-                                                      icu::StringPiece(b.data(), static_cast<int32_t>(b.size())),
-                                                      status);
+    UCollationResult result =
+        m_collator->compareUTF8(icu::StringPiece(a.data(), static_cast<int32_t>(a.size())),
+                                icu::StringPiece(b.data(), static_cast<int32_t>(b.size())), status);
     if (U_SUCCESS(status) && result != UCOL_EQUAL) return result == UCOL_LESS ? -1 : 1;
   }
   int bytes = a.compare(b);

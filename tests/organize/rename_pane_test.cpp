@@ -68,9 +68,10 @@ class RenamePaneTest : public ::testing::Test {
       std::string rel = NameMapping::storedPath(fs::relative(p, drive.path()));
       std::string parent = parentPath(rel);
       bool dir = fs::is_directory(p);
-      store->db().run("INSERT INTO files(catalog_id, parent_id, path, name, is_dir, kind) VALUES(?,?,?,?,?,?)",
-                      {id, parent.empty() ? int64_t{0} : ids.at(parent), rel,
-                       NameMapping::storedPath(p.filename()), dir, dir ? "Folder" : "Other"});
+      store->db().run(
+          "INSERT INTO files(catalog_id, parent_id, path, name, is_dir, kind) VALUES(?,?,?,?,?,?)",
+          {id, parent.empty() ? int64_t{0} : ids.at(parent), rel, NameMapping::storedPath(p.filename()), dir,
+           dir ? "Folder" : "Other"});
       ids[rel] = store->db().lastInsertID();
     }
     pane.catalogID = id;
@@ -300,9 +301,10 @@ TEST_F(RenamePaneTest, NothingToDoIsToldAndNothingHappensWithoutADrive) {
   pane.catalogID = unplugged;
   RenameOutcome offline = pane.preview(store.get());
   ASSERT_TRUE(offline.alert);
-  EXPECT_EQ(offline.alert->message,
-            "Drive offline — insert “Backup Disk” to open this item. You can keep browsing the catalog while the "
-            "drive is disconnected.");
+  EXPECT_EQ(
+      offline.alert->message,
+      "Drive offline — insert “Backup Disk” to open this item. You can keep browsing the catalog while the "
+      "drive is disconnected.");
   EXPECT_FALSE(pane.apply(store.get()).log) << "apply does nothing for an offline drive";
   EXPECT_TRUE(UndoLogStore::list().empty());
 }

@@ -40,7 +40,8 @@ RenameRule numbered(int64_t start, int digits) {
 
 void expectAll(const std::vector<Case>& cases) {
   for (const Case& c : cases)
-    EXPECT_EQ(c.rule.newName(c.name, c.index), c.expected) << "name '" << c.name << "' find '" << c.rule.find << "'";
+    EXPECT_EQ(c.rule.newName(c.name, c.index), c.expected)
+        << "name '" << c.name << "' find '" << c.rule.find << "'";
 }
 
 TEST(RenameRuleTest, LiteralFindIgnoresCaseAndMatchesWholeCharacters) {
@@ -56,7 +57,13 @@ TEST(RenameRuleTest, LiteralFindIgnoresCaseAndMatchesWholeCharacters) {
       {"cafe\u0301.txt", findRule("cafe", "bar"), "cafe\u0301.txt"},
       // The extension set aside is out of the find's reach; without keepExtension it is in.
       {"jpg.jpg", findRule("jpg", "x"), "x.jpg"},
-      {"jpg.jpg", [] { auto r = findRule("jpg", "x"); r.keepExtension = false; return r; }(), "x.x"},
+      {"jpg.jpg",
+       [] {
+         auto r = findRule("jpg", "x");
+         r.keepExtension = false;
+         return r;
+       }(),
+       "x.x"},
       {"a.txt", findRule("", "zzz"), "a.txt"},
   });
 }
@@ -95,7 +102,8 @@ TEST(RenameRuleTest, ARunawayPatternLeavesTheTextButNotTheOtherSteps) {
   RenameRule runaway = findRule("(a+)+$", "x", true);
   runaway.prefix = "p ";
   std::vector<FileRecord> files(40);
-  for (size_t i = 0; i < files.size(); ++i) files[i].path = files[i].name = std::string(40, 'a') + "b" + std::to_string(i);
+  for (size_t i = 0; i < files.size(); ++i)
+    files[i].path = files[i].name = std::string(40, 'a') + "b" + std::to_string(i);
   OrganizationPlan plan = runaway.plan(files);
   ASSERT_TRUE(plan.moves);
   ASSERT_EQ(plan.moves->size(), files.size());
@@ -209,8 +217,8 @@ TEST(RenameRulePlanTest, MovesStayInTheirFolderAndUnchangedOrEmptyNamesLeaveGaps
   renumber.numbering = true;
   OrganizationPlan plan = renumber.plan(records({"p 001.txt", "Trips/2024/q.txt", "r 7.txt"}));
   ASSERT_TRUE(plan.moves);
-  EXPECT_EQ(*plan.moves, (std::vector<PlanMove>{{"Trips/2024/q.txt", "Trips/2024/q 002.txt"},
-                                                {"r 7.txt", "r 003.txt"}}));
+  EXPECT_EQ(*plan.moves,
+            (std::vector<PlanMove>{{"Trips/2024/q.txt", "Trips/2024/q 002.txt"}, {"r 7.txt", "r 003.txt"}}));
   EXPECT_EQ(plan.format, "tvrl-organization-plan");
   EXPECT_EQ(plan.version, 1);
   EXPECT_EQ(plan.description, "Batch rename");

@@ -22,8 +22,8 @@ FileRecord record(const std::string& path, bool isDir = false) {
 }
 
 TEST(StandardOrderTest, NumbersByValueCaseOnlyBreakingTies) {
-  std::vector<std::string> names = {"file10.txt", "file2.txt", "File1.txt", "file1.txt", "b", "A", "file02.txt",
-                                    "a10b", "a9b", "Z"};
+  std::vector<std::string> names = {"file10.txt", "file2.txt",  "File1.txt", "file1.txt", "b",
+                                    "A",          "file02.txt", "a10b",      "a9b",       "Z"};
   StandardOrder order;
   order.sort(names, [](const std::string& s) -> const std::string& { return s; });
   EXPECT_EQ(names, (std::vector<std::string>{"A", "a9b", "a10b", "b", "file1.txt", "File1.txt", "file02.txt",
@@ -44,8 +44,8 @@ TEST(StandardOrderTest, NumbersByValueCaseOnlyBreakingTies) {
 
 TEST(RenameSelectionTest, PlaceKindAndFilterDecideTogether) {
   std::vector<FileRecord> all = {
-      record("top.txt"),         record("Photos", true),          record("Photos/img_10.JPG"),
-      record("Photos/IMG_2.jpg"), record("Photos/2024", true),    record("Photos/2024/img_1.jpg"),
+      record("top.txt"),          record("Photos", true),        record("Photos/img_10.JPG"),
+      record("Photos/IMG_2.jpg"), record("Photos/2024", true),   record("Photos/2024/img_1.jpg"),
       record("PhotosOld", true),  record("PhotosOld/img_3.jpg"), record("Photos/notes.txt"),
   };
   struct Case {
@@ -58,16 +58,23 @@ TEST(RenameSelectionTest, PlaceKindAndFilterDecideTogether) {
       {"", "", false, true, {"Photos", "PhotosOld", "top.txt"}},
       {"Photos", "", false, false, {"Photos/IMG_2.jpg", "Photos/img_10.JPG", "Photos/notes.txt"}},
       {"Photos", "img", true, false, {"Photos/2024/img_1.jpg", "Photos/IMG_2.jpg", "Photos/img_10.JPG"}},
-      {"Photos", "", true, true,
+      {"Photos",
+       "",
+       true,
+       true,
        {"Photos/2024", "Photos/2024/img_1.jpg", "Photos/IMG_2.jpg", "Photos/img_10.JPG", "Photos/notes.txt"}},
-      {"", "IMG_", true, false,
+      {"",
+       "IMG_",
+       true,
+       false,
        {"Photos/2024/img_1.jpg", "Photos/IMG_2.jpg", "Photos/img_10.JPG", "PhotosOld/img_3.jpg"}},
       {"Photos/2024", "", false, false, {"Photos/2024/img_1.jpg"}},
       {"Nowhere", "", true, true, {}},
   };
   for (const Case& c : cases)
     EXPECT_EQ(paths(RenamePane::select(all, c.folder, c.filter, c.sub, c.folders)), c.expected)
-        << "folder '" << c.folder << "' filter '" << c.filter << "' sub " << c.sub << " folders " << c.folders;
+        << "folder '" << c.folder << "' filter '" << c.filter << "' sub " << c.sub << " folders "
+        << c.folders;
 }
 
 TEST(RenameSelectionTest, ChildrenAreRenamedBeforeTheirFolders) {
@@ -82,12 +89,11 @@ TEST(RenameSelectionTest, ChildrenAreRenamedBeforeTheirFolders) {
   RenameRule suffix;
   suffix.suffix = "_x";
   plan = suffix.plan(chosen);
-  EXPECT_EQ(RenamePane::childrenFirst(plan, chosen),
-            (std::vector<PlanMove>{{"A/B/c.txt", "A/B/c_x.txt"},
-                                   {"A/B", "A/B_x"},
-                                   {"A/d.txt", "A/d_x.txt"},
-                                   {"A", "A_x"},
-                                   {"e.txt", "e_x.txt"}}));
+  EXPECT_EQ(RenamePane::childrenFirst(plan, chosen), (std::vector<PlanMove>{{"A/B/c.txt", "A/B/c_x.txt"},
+                                                                            {"A/B", "A/B_x"},
+                                                                            {"A/d.txt", "A/d_x.txt"},
+                                                                            {"A", "A_x"},
+                                                                            {"e.txt", "e_x.txt"}}));
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace orrelin {
 namespace {
 
 constexpr RenameRule::CaseMode kCaseModes[] = {RenameRule::CaseMode::keep, RenameRule::CaseMode::lower,
-                                              RenameRule::CaseMode::upper, RenameRule::CaseMode::title};
+                                               RenameRule::CaseMode::upper, RenameRule::CaseMode::title};
 
 QString text(std::string_view s) { return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size())); }
 
@@ -37,14 +37,16 @@ QStringList RenamePaneState::caseModeLabels() const {
 QVariantList RenamePaneState::steps() const {
   QVariantList rows;
   for (const PlanStep& s : m_pane.steps) {
-    rows << QVariantMap{{"id", text(s.id)},     {"kind", text(rawValue(s.kind))}, {"from", text(s.from)},
-                        {"to", text(s.to)},     {"ok", s.ok},                     {"status", text(s.status)}};
+    rows << QVariantMap{{"id", text(s.id)},     {"kind", text(rawValue(s.kind))},
+                        {"from", text(s.from)}, {"to", text(s.to)},
+                        {"ok", s.ok},           {"status", text(s.status)}};
   }
   return rows;
 }
 
 int RenamePaneState::readyCount() const {
-  return static_cast<int>(std::count_if(m_pane.steps.begin(), m_pane.steps.end(), [](const PlanStep& s) { return s.ok; }));
+  return static_cast<int>(
+      std::count_if(m_pane.steps.begin(), m_pane.steps.end(), [](const PlanStep& s) { return s.ok; }));
 }
 
 void RenamePaneState::preview() {

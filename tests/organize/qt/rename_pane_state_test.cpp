@@ -41,8 +41,10 @@ class RenamePaneStateTest : public ::testing::Test {
     QObject::connect(&state, &RenamePaneState::stepsChanged, [this] { ++heard.steps; });
     QObject::connect(&state, &RenamePaneState::alertRaised,
                      [this](const QString& t, const QString& m) { heard.alerts.emplace_back(t, m); });
-    QObject::connect(&state, &RenamePaneState::toastRaised, [this](const QString& t) { heard.toasts.push_back(t); });
-    QObject::connect(&state, &RenamePaneState::rescanRequested, [this](qint64 id) { heard.rescans.push_back(id); });
+    QObject::connect(&state, &RenamePaneState::toastRaised,
+                     [this](const QString& t) { heard.toasts.push_back(t); });
+    QObject::connect(&state, &RenamePaneState::rescanRequested,
+                     [this](qint64 id) { heard.rescans.push_back(id); });
   }
 
   int64_t catalogFiles(const std::vector<std::string>& names) {
