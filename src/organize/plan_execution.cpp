@@ -53,21 +53,25 @@ bool caseOnlyChange(const std::string& a, const std::string& b) {
 
 // Runs one ok step. Returns an empty text or the reason it failed.
 std::string runStep(const PlanStep& step, const std::string& root, UndoLog& log) {
+  // The dry run accepted these paths; if they fail now, a link has moved into their way since, and the
+  // step is reported rather than dropped without a word.
+  constexpr const char* kOutside = "Path outside the drive \u2014 blocked";
   if (step.kind == PlanStep::Kind::folder) {
     std::optional<std::string> folder = resolve(step.to, root);
-    return folder ? makeFolders(*folder, root, log) : std::string();
+    return folder ? makeFolders(*folder, root, log) : kOutside;
   }
   std::optional<std::string> from = resolve(step.from, root);
   std::optional<std::string> to = resolve(step.to, root);
-  if (!from || !to) return {};
+  if (!from || !to) return kOutside;
   if (*from == *to) return "Source and destination are the same";
+  // A source that an earlier step took away fails here, before any folder is made for it.
+  if (!DiskOps::exists(*from)) return "Source not found";
   if (std::string failed = makeFolders(PathText::parent(*to), root, log); !failed.empty()) return failed;
   const bool caseOnly = caseOnlyChange(*from, *to);
   // The disk may have changed since the dry run: look again at the last moment. A name differing only in
   // case is the source itself on a case-insensitive volume, and another item on a case-sensitive one.
   if (DiskOps::exists(*to) && (!caseOnly || !DiskOps::sameItem(*from, *to)))
     return "\u201C" + step.to + "\u201D already exists";
-  if (!DiskOps::exists(*from)) return "Source not found";
   if (std::string failed = moveItem(*from, *to, caseOnly); !failed.empty()) return failed;
   log.moves.push_back({*from, *to});
   return {};
@@ -99,13 +103,39 @@ ExecuteResult execute(const std::vector<PlanStep>& steps, std::string_view root,
 
 namespace {
 
-// Puts one logged move back. Returns an empty text or the reason it could not.
-std::string undoMove(const PlanMove& move, const std::string& root) {
+// Removes a folder that execution created when nothing but a ".DS_Store" file is left in it. Returns
+// whether it was removed.
+bool removeIfEmpty(const std::string& folder, const std::string& root) {
+  if (resolve(folder, root) != folder) return false;
+  std::optional<std::vector<std::string>> entries = DiskOps::folderEntries(folder);
+  if (!entries) return false;  // Not listable, or no longer a folder: treated as not empty.
+  std::erase(*entries, ".DS_Store");
+  if (!entries->empty()) return false;
+  std::string dsStore = folder + "/.DS_Store";
+  if (DiskOps::exists(dsStore) && !DiskOps::isFolder(dsStore)) DiskOps::removeFile(dsStore);
+  return DiskOps::removeEmptyFolder(folder) == 0;
+}
+
+// Puts one logged move back. `removed` marks the entries of createdFolders already taken away. Returns an
+// empty text or the reason it could not.
+std::string undoMove(const PlanMove& move, const UndoLog& log, const std::string& root,
+                     std::vector<bool>& removed) {
   // A log is a file the user can edit; its paths are held to the same containment as a plan's.
   if (resolve(move.from, root) != move.from || resolve(move.to, root) != move.to)
     return "Path outside the drive \u2014 blocked";
   if (!DiskOps::exists(move.to)) return "no longer at " + move.to;
   const bool caseOnly = caseOnlyChange(move.from, move.to);
+  // Folders this run created may stand at a place an earlier move had vacated (a folder moved away, then
+  // a file moved into a new folder of its old name). When they are empty again by now, they are removed
+  // here rather than after all moves, so that the item that stood there can come back; and they are not
+  // looked at again afterwards, since their paths then belong to what came back.
+  if (DiskOps::exists(move.from) && !DiskOps::sameItem(move.from, move.to)) {
+    for (size_t i = log.createdFolders.size(); i-- > 0;) {
+      const std::string& folder = log.createdFolders[i];
+      if (!removed[i] && (folder == move.from || PathText::isBelow(folder, move.from)))
+        removed[i] = removeIfEmpty(folder, root);
+    }
+  }
   if (DiskOps::exists(move.from) && (!caseOnly || !DiskOps::sameItem(move.from, move.to)))
     return "something already exists at " + move.from;
   if (int error = DiskOps::makeFolders(PathText::parent(move.from))) return DiskOps::describe(error);
@@ -116,27 +146,16 @@ std::string undoMove(const PlanMove& move, const std::string& root) {
   return moveItem(move.to, move.from, /*caseOnly=*/true);
 }
 
-// Removes a folder that execution created when nothing but a ".DS_Store" file is left in it.
-void removeIfEmpty(const std::string& folder, const std::string& root) {
-  if (resolve(folder, root) != folder) return;
-  std::optional<std::vector<std::string>> entries = DiskOps::folderEntries(folder);
-  if (!entries) return;  // Not listable, or no longer a folder: treated as not empty.
-  std::erase(*entries, ".DS_Store");
-  if (!entries->empty()) return;
-  std::string dsStore = folder + "/.DS_Store";
-  if (DiskOps::exists(dsStore) && !DiskOps::isFolder(dsStore)) DiskOps::removeFile(dsStore);
-  DiskOps::removeEmptyFolder(folder);
-}
-
 }  // namespace
 
 UndoResult undo(const UndoLog& log, bool saveLog) {
   UndoResult result;
   const std::string root = PathText::standardize(log.root);
+  std::vector<bool> removed(log.createdFolders.size(), false);
   for (auto it = log.moves.rbegin(); it != log.moves.rend(); ++it) {
     std::string failed;
     try {
-      failed = undoMove(*it, root);
+      failed = undoMove(*it, log, root, removed);
     } catch (const std::exception& e) {
       failed = e.what();
     }
@@ -146,9 +165,10 @@ UndoResult undo(const UndoLog& log, bool saveLog) {
       result.errors.push_back(PathText::lastComponent(it->to) + ": " + failed);
     }
   }
-  for (auto it = log.createdFolders.rbegin(); it != log.createdFolders.rend(); ++it) {
+  for (size_t i = log.createdFolders.size(); i-- > 0;) {
+    if (removed[i]) continue;
     try {
-      removeIfEmpty(*it, root);
+      removeIfEmpty(log.createdFolders[i], root);
     } catch (const std::exception&) {
       // A folder that cannot be looked at stays, without a word.
     }

@@ -86,13 +86,12 @@ log=$(sed -n 's/^Undo log: //p' <<<"$out")
 [ -e "$drive/Trip photos/IMG_0010.JPG" ] && fail "the old name is still there"
 [ -e "$drive/Trip photos/day two/IMG_0003.JPG" ] || fail "the subfolder was touched"
 
-# Undo puts everything back exactly.
-if "$cli" undo --help >/dev/null 2>&1; then
-  out=$("$cli" --db "$db" undo "$log" 2>&1) || fail "undo failed: $out"
-  [ "$(snapshot)" = "$before" ] || fail "undo did not restore the tree: $(snapshot)"
-else
-  echo "note: this build has no undo command; the undo of a batch is tested in organize_tests"
-fi
+# The batch is listed with the other undo logs, and undo puts everything back exactly, once.
+out=$("$cli" --db "$db" undo list 2>&1) || fail "undo list failed: $out"
+grep -q "Batch rename in Holiday" <<<"$out" || fail "the batch is not listed: $out"
+out=$("$cli" --db "$db" undo "$log" --yes 2>&1) || fail "undo failed: $out"
+[ "$(snapshot)" = "$before" ] || fail "undo did not restore the tree: $(snapshot)"
+"$cli" --db "$db" undo "$log" --yes >/dev/null 2>&1 && fail "a batch was undone twice"
 
 # Renames that would collide are blocked, and with nothing ready --apply changes nothing and exits 1.
 sql "DELETE FROM files; DELETE FROM catalogs"
