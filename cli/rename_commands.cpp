@@ -162,8 +162,12 @@ int rename(const std::vector<std::string>& argv, const Context& context) {
   size_t ready = static_cast<size_t>(
       std::count_if(pane.steps.begin(), pane.steps.end(), [](const PlanStep& s) { return s.ok; }));
   if (!args.flag("--apply")) {
-    std::printf("Dry run: nothing was changed. Add --apply to carry out the %zu ready rename%s.\n", ready,
-                ready == 1 ? "" : "s");
+    if (ready == 0) {
+      std::printf("Dry run: nothing was changed, and no rename is ready.\n");
+    } else {
+      std::printf("Dry run: nothing was changed. Add --apply to carry out the %zu ready rename%s.\n", ready,
+                  ready == 1 ? "" : "s");
+    }
     return kExitOk;
   }
   if (ready == 0) return failure("no rename is ready; nothing was changed");
