@@ -88,6 +88,7 @@ RenameOutcome RenamePane::preview(CatalogDB* store) {
   plan.newFolders = std::vector<std::string>{};
   plan.moves = childrenFirst(rule.plan(chosen), chosen);
   steps = PlanEngine::validate(plan, catalog->rootPath, PlanStep::Kind::rename);
+  m_stepsCatalogID = catalog->id;
   if (steps.empty()) outcome.toast = "Those rules don’t change any names";
   return outcome;
 }
@@ -96,6 +97,10 @@ RenameOutcome RenamePane::apply(CatalogDB* store) {
   RenameOutcome outcome;
   std::optional<Catalog> catalog = chosenCatalog(store, catalogID);
   if (!catalog || !driveConnected(*catalog)) return outcome;
+  if (m_stepsCatalogID != catalog->id) {
+    steps.clear();
+    return outcome;
+  }
   PlanEngine::ExecuteResult result =
       PlanEngine::execute(steps, catalog->rootPath, "Batch rename in " + catalog->name, /*saveLog=*/true);
   steps.clear();

@@ -49,7 +49,8 @@ class RenamePane {
   RenameOutcome preview(CatalogDB* store);
 
   // Carries out the ready steps of the last preview on the drive and writes an undo log; `steps` becomes
-  // empty. Does nothing without a database, or when the catalog is gone or offline.
+  // empty. Does nothing without a database, or when the catalog is gone or offline. Steps previewed for
+  // another catalog than the one chosen now are dropped unapplied: their paths mean other files there.
   RenameOutcome apply(CatalogDB* store);
 
   // The records of `all` that a batch covers: those in `folder` (with `includeSub`, anywhere below it),
@@ -63,6 +64,9 @@ class RenamePane {
   // `records` are those the plan was made from, in the plan's order.
   static std::vector<PlanMove> childrenFirst(const OrganizationPlan& plan,
                                              const std::vector<FileRecord>& records);
+
+ private:
+  std::optional<int64_t> m_stepsCatalogID;  // The catalog whose drive `steps` were validated against.
 };
 
 // The toast after a successful apply: "Renamed 3 items — undo any time from Organization Plan".

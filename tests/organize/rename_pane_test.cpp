@@ -260,6 +260,26 @@ TEST_F(RenamePaneTest, ChangesOnDiskAfterThePreviewFailAloneAndAreReported) {
   EXPECT_EQ(applied.log->moves.size(), 1u) << "only what happened is logged, and so undone";
 }
 
+TEST_F(RenamePaneTest, StepsPreviewedForOneCatalogAreNeverAppliedToAnother) {
+  write("a.txt", "first drive");
+  int64_t first = catalogDrive("First");
+  TempDir other;
+  testing::writeFile(other.path() / "a.txt", "second drive");
+  int64_t second = store->insertCatalog("Second", other.path().string(), VolumeInfo{}, true, std::nullopt, false);
+  store->db().run("INSERT INTO files(catalog_id, path, name) VALUES(?, 'a.txt', 'a.txt')", {second});
+
+  pane.catalogID = first;
+  pane.rule.prefix = "renamed ";
+  pane.preview(store.get());
+  ASSERT_EQ(pane.steps.size(), 1u);
+  pane.catalogID = second;
+  RenameOutcome outcome = pane.apply(store.get());
+  EXPECT_FALSE(outcome.log);
+  EXPECT_TRUE(pane.steps.empty());
+  EXPECT_TRUE(fs::exists(other.path() / "a.txt"));
+  EXPECT_TRUE(fs::exists(drive.path() / "a.txt"));
+}
+
 TEST_F(RenamePaneTest, NothingToDoIsToldAndNothingHappensWithoutADrive) {
   write("a.txt");
   write("Sub/b.txt");
