@@ -19,6 +19,7 @@ const CommandTable& commands() {
     CommandTable t;
     addCatalogCommands(t);
     addOrganizeCommands(t);
+    addRenameCommands(t);
     return t;
   }();
   return table;
