@@ -68,9 +68,9 @@ bool equalIgnoringASCIICase(std::string_view a, std::string_view b) {
 
 std::optional<SearchQuery::Mode> parseMode(const std::string& text) {
   using Mode = SearchQuery::Mode;
-  const std::pair<const char*, Mode> names[] = {{"contains", Mode::contains}, {"starts", Mode::startsWith},
-                                                {"startswith", Mode::startsWith}, {"starts-with", Mode::startsWith},
-                                                {"exact", Mode::exact}, {"regex", Mode::regex}};
+  const std::pair<const char*, Mode> names[] = {
+      {"contains", Mode::contains},      {"starts", Mode::startsWith}, {"startswith", Mode::startsWith},
+      {"starts-with", Mode::startsWith}, {"exact", Mode::exact},       {"regex", Mode::regex}};
   for (const auto& [name, mode] : names) {
     if (equalIgnoringASCIICase(text, name)) return mode;
   }
@@ -101,7 +101,8 @@ std::optional<int64_t> parseSize(const std::string& text) {
   int64_t unit = SearchForm::kMB;
   for (const Unit& u : units) {
     size_t n = std::strlen(u.name);
-    if (number.size() > n && equalIgnoringASCIICase(std::string_view(number).substr(number.size() - n), u.name)) {
+    if (number.size() > n &&
+        equalIgnoringASCIICase(std::string_view(number).substr(number.size() - n), u.name)) {
       number.resize(number.size() - n);
       if (!number.empty() && number.back() == ' ') number.pop_back();
       unit = u.bytes;
@@ -175,10 +176,11 @@ std::string cell(std::string_view text, size_t columns) {
 
 nlohmann::json hitJSON(const SearchHit& hit) {
   const FileRecord& f = hit.file;
-  nlohmann::json object = {{"path", f.path},     {"name", f.name},       {"isFolder", f.isDir},
-                           {"size", f.size},     {"kind", f.kindName()}, {"uti", f.uti},
-                           {"tags", f.tags},     {"label", f.label},     {"hidden", f.hidden},
-                           {"catalog", hit.catalogName}};
+  nlohmann::json object = {{"path", f.path},       {"name", f.name},
+                           {"isFolder", f.isDir},  {"size", f.size},
+                           {"kind", f.kindName()}, {"uti", f.uti},
+                           {"tags", f.tags},       {"label", f.label},
+                           {"hidden", f.hidden},   {"catalog", hit.catalogName}};
   if (f.modified) object["modified"] = Fmt::iso(*f.modified);
   if (f.created) object["created"] = Fmt::iso(*f.created);
   if (f.duration > 0) object["duration"] = f.duration;
@@ -212,8 +214,9 @@ void printTable(const std::vector<SearchHit>& hits) {
 }
 
 int search(const std::vector<std::string>& argv, const Context& context) {
-  Args args(argv, {"--metadata", "--files-only", "--json"},
-            {"--mode", "--kind", "--min-size", "--max-size", "--from", "--to", "--tag", "--catalog", "--limit"});
+  Args args(
+      argv, {"--metadata", "--files-only", "--json"},
+      {"--mode", "--kind", "--min-size", "--max-size", "--from", "--to", "--tag", "--catalog", "--limit"});
   if (!args.ok()) return usageError(kCommand, args.error());
   if (args.positionals().size() > 1)
     return usageError(kCommand, "give the search text as one argument (put quotes around text with blanks)");
@@ -222,7 +225,8 @@ int search(const std::vector<std::string>& argv, const Context& context) {
   if (!args.positionals().empty()) query.text = args.positionals().front();
   if (auto mode = args.value("--mode")) {
     std::optional<SearchQuery::Mode> parsed = parseMode(*mode);
-    if (!parsed) return usageError(kCommand, "unknown mode '" + *mode + "' (contains, starts, exact or regex)");
+    if (!parsed)
+      return usageError(kCommand, "unknown mode '" + *mode + "' (contains, starts, exact or regex)");
     query.mode = *parsed;
   }
   query.searchMetadata = args.flag("--metadata");
@@ -234,7 +238,9 @@ int search(const std::vector<std::string>& argv, const Context& context) {
   for (const char* option : {"--min-size", "--max-size"}) {
     if (auto text = args.value(option)) {
       std::optional<int64_t> bytes = parseSize(*text);
-      if (!bytes) return usageError(kCommand, std::string(option) + ": '" + *text + "' is not a size (such as 700KB, 1,5GB or 20)");
+      if (!bytes)
+        return usageError(
+            kCommand, std::string(option) + ": '" + *text + "' is not a size (such as 700KB, 1,5GB or 20)");
       (std::string_view(option) == "--min-size" ? query.minSize : query.maxSize) = *bytes;
     }
   }
@@ -287,7 +293,8 @@ int search(const std::vector<std::string>& argv, const Context& context) {
     return kExitOk;
   }
   printTable(hits);
-  std::string summary = Fmt::count(static_cast<int64_t>(hits.size())) + (hits.size() == 1 ? " result" : " results");
+  std::string summary =
+      Fmt::count(static_cast<int64_t>(hits.size())) + (hits.size() == 1 ? " result" : " results");
   if (static_cast<int64_t>(hits.size()) == query.limit) summary += ", the most shown (see --limit)";
   std::printf("\n%s in %.3f s\n", summary.c_str(), seconds);
   return kExitOk;

@@ -123,9 +123,9 @@ std::optional<SavedSearch> SavedSearch::fromJSON(const json& object) {
             read(object, "mode", s.mode) && read(object, "searchMetadata", s.searchMetadata) &&
             read(object, "kinds", s.kinds) && read(object, "minSizeText", s.minSizeText) &&
             read(object, "maxSizeText", s.maxSizeText) && read(object, "sizeUnit", s.sizeUnit) &&
-            read(object, "useDates", s.useDates) && read(object, "from", s.from) && read(object, "to", s.to) &&
-            read(object, "tag", s.tag) && read(object, "catalogIDs", s.catalogIDs) &&
-            read(object, "includeFolders", s.includeFolders);
+            read(object, "useDates", s.useDates) && read(object, "from", s.from) &&
+            read(object, "to", s.to) && read(object, "tag", s.tag) &&
+            read(object, "catalogIDs", s.catalogIDs) && read(object, "includeFolders", s.includeFolders);
   if (!ok) return std::nullopt;
   std::optional<std::string> canonical = canonicalUUID(id);
   if (!canonical) return std::nullopt;

@@ -37,7 +37,7 @@ int compareDays(const struct tm& a, const struct tm& b) {
 // past the end of a month means a day of the next). Where a change of clocks skips midnight, the day
 // begins at the first moment that exists.
 Date firstMomentOf(const struct tm& day) {
-  struct tm wanted{};
+  struct tm wanted {};
   wanted.tm_year = day.tm_year;
   wanted.tm_mon = day.tm_mon;
   wanted.tm_mday = day.tm_mday;

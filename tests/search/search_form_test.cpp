@@ -30,7 +30,7 @@ TEST(SizeBoundTest, CommaIsADecimalSignAndTheWholeFieldMustBeANumber) {
       {"1,000", SearchForm::kMB, 1'000'000},  // Never a thousands separator.
       {"1.5", SearchForm::kGB, 1'500'000'000},
       {"2", SearchForm::kKB, 2'000},
-      {"0,0015", SearchForm::kKB, 1},  // 1.5 bytes, truncated.
+      {"0,0015", SearchForm::kKB, 1},   // 1.5 bytes, truncated.
       {"-1,9", 1, -1},                  // Toward zero.
       {"-3", SearchForm::kKB, -3'000},  // Passed on as typed.
       {"+4", 1, 4},
@@ -55,7 +55,7 @@ TEST(SizeBoundTest, CommaIsADecimalSignAndTheWholeFieldMustBeANumber) {
 }
 
 Date utc(int year, int month, int day, int hour, int minute = 0) {
-  struct tm parts{};
+  struct tm parts {};
   parts.tm_year = year - 1900;
   parts.tm_mon = month - 1;
   parts.tm_mday = day;
@@ -183,9 +183,9 @@ TEST(SavedSearchTest, JsonFormHasEveryKeyAndDatesFrom2001) {
   EXPECT_EQ(object["catalogIDs"], json::array({3, 7}));
   std::vector<std::string> keys;
   for (auto& [key, value] : object.items()) keys.push_back(key);
-  EXPECT_EQ(keys, (std::vector<std::string>{"catalogIDs", "from", "id", "includeFolders", "kinds", "maxSizeText",
-                                            "minSizeText", "mode", "name", "searchMetadata", "sizeUnit", "tag",
-                                            "text", "to", "useDates"}));
+  EXPECT_EQ(keys, (std::vector<std::string>{"catalogIDs", "from", "id", "includeFolders", "kinds",
+                                            "maxSizeText", "minSizeText", "mode", "name", "searchMetadata",
+                                            "sizeUnit", "tag", "text", "to", "useDates"}));
   EXPECT_EQ(SavedSearch::fromJSON(object), saved);
 
   // Every key is required.
@@ -201,11 +201,19 @@ TEST(SavedSearchTest, JsonFormHasEveryKeyAndDatesFrom2001) {
     bool decodes;
   };
   const Case cases[] = {
-      {"sizeUnit", "1000", false},      {"sizeUnit", 1.5, false},        {"sizeUnit", 1000.0, true},
-      {"useDates", 1, false},           {"kinds", json::array({1}), false}, {"kinds", "Image", false},
-      {"catalogIDs", json::array({1.5}), false}, {"catalogIDs", json::array({"1"}), false},
-      {"from", "2024-01-01", false},    {"to", nullptr, false},          {"id", "not-a-uuid", false},
-      {"id", "6ba7b810-9dad-11d1-80b4-00c04fd430c8", true},             {"extra", 1, true},
+      {"sizeUnit", "1000", false},
+      {"sizeUnit", 1.5, false},
+      {"sizeUnit", 1000.0, true},
+      {"useDates", 1, false},
+      {"kinds", json::array({1}), false},
+      {"kinds", "Image", false},
+      {"catalogIDs", json::array({1.5}), false},
+      {"catalogIDs", json::array({"1"}), false},
+      {"from", "2024-01-01", false},
+      {"to", nullptr, false},
+      {"id", "not-a-uuid", false},
+      {"id", "6ba7b810-9dad-11d1-80b4-00c04fd430c8", true},
+      {"extra", 1, true},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.key) + "=" + c.value.dump());

@@ -21,9 +21,7 @@ QDateTime toQt(Date date) {
   return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(std::llround(date.seconds * 1000.0)));
 }
 
-Date fromQt(const QDateTime& value) {
-  return Date{static_cast<double>(value.toMSecsSinceEpoch()) / 1000.0};
-}
+Date fromQt(const QDateTime& value) { return Date{static_cast<double>(value.toMSecsSinceEpoch()) / 1000.0}; }
 
 }  // namespace
 

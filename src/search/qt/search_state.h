@@ -2,12 +2,12 @@
 // off the main thread. One shared instance lives for the whole run of the program.
 #pragma once
 
+#include <QtQml/qqmlregistration.h>
 #include <QDateTime>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
-#include <QtQml/qqmlregistration.h>
 
 #include <memory>
 #include <optional>
