@@ -295,8 +295,10 @@ int search(const std::vector<std::string>& argv, const Context& context) {
   printTable(hits);
   std::string summary =
       Fmt::count(static_cast<int64_t>(hits.size())) + (hits.size() == 1 ? " result" : " results");
-  if (static_cast<int64_t>(hits.size()) == query.limit) summary += ", the most shown (see --limit)";
-  std::printf("\n%s in %.3f s\n", summary.c_str(), seconds);
+  std::printf("\n%s in %.3f s%s\n", summary.c_str(), seconds,
+              static_cast<int64_t>(hits.size()) == query.limit
+                  ? "; the limit was reached, --limit N shows more"
+                  : "");
   return kExitOk;
 }
 

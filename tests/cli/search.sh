@@ -66,7 +66,8 @@ expect 0 "Invoice" --tag taxes
 expect 0 "^2 results" --catalog Work
 expect 0 "^3 results" --catalog 1 --catalog work --kind pdf --kind image
 expect 1 "no cartridge is called '99'" --catalog 99
-expect 0 "^1 result, the most shown" img --limit 1
+expect 0 "^1 result in .* s; the limit was reached" img --limit 1
+lacks "limit was reached" img --limit 3
 expect 2 "is not a whole number" --limit 0
 expect 2 "unknown mode" --mode fuzzy x
 expect 2 "one argument" two words
