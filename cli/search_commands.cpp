@@ -20,13 +20,16 @@ namespace {
 constexpr const char* kCommand = "search";
 
 constexpr const char* kHelp =
-    "usage: orrelin-cli [--db PATH] search [TEXT] [--mode contains|starts|exact|regex] [--metadata]\n"
+    "usage: orrelin-cli [--db PATH] search [TEXT] [--saved NAME] [--mode contains|starts|exact|regex] "
+    "[--metadata]\n"
     "           [--kind KIND]... [--min-size SIZE] [--max-size SIZE] [--from DATE] [--to DATE]\n"
     "           [--tag TAG] [--catalog ID|NAME]... [--files-only] [--limit N] [--json]\n"
     "\n"
     "Searches the names of every cartridge, from the database alone: the drives need not be connected.\n"
     "Results are ordered by name, ignoring case. With no TEXT, every record is listed up to the limit.\n"
     "\n"
+    "  --saved NAME      start from the smart search saved under NAME in the program; TEXT and the\n"
+    "                    options below replace what it holds (--kind and --catalog replace its lists)\n"
     "  --mode MODE       how TEXT is matched (default: contains):\n"
     "                      contains  TEXT anywhere in the name; from three characters on, the name index\n"
     "                                answers at once\n"
@@ -193,6 +196,28 @@ nlohmann::json hitJSON(const SearchHit& hit) {
   return object;
 }
 
+// The saved search called `name`: exactly, else the only one equal to it ignoring ASCII case.
+std::optional<SavedSearch> findSaved(const std::string& name, std::string& error) {
+  std::vector<SavedSearch> all = SavedSearch::all();
+  for (const SavedSearch& s : all) {
+    if (s.name == name) return s;
+  }
+  std::vector<const SavedSearch*> loose;
+  for (const SavedSearch& s : all) {
+    if (equalIgnoringASCIICase(s.name, name)) loose.push_back(&s);
+  }
+  if (loose.size() == 1) return *loose.front();
+  if (!loose.empty()) {
+    error = "several saved searches are called '" + name + "'; rename one in the program";
+  } else if (all.empty()) {
+    error = "there are no saved searches (save one on the program's search screen)";
+  } else {
+    error = "no saved search is called '" + name + "'; saved searches:";
+    for (const SavedSearch& s : all) error += "\n  " + s.name;
+  }
+  return std::nullopt;
+}
+
 void printTable(const std::vector<SearchHit>& hits) {
   size_t nameWidth = 4, catalogWidth = 9;
   for (const SearchHit& hit : hits) {
@@ -214,14 +239,22 @@ void printTable(const std::vector<SearchHit>& hits) {
 }
 
 int search(const std::vector<std::string>& argv, const Context& context) {
-  Args args(
-      argv, {"--metadata", "--files-only", "--json"},
-      {"--mode", "--kind", "--min-size", "--max-size", "--from", "--to", "--tag", "--catalog", "--limit"});
+  Args args(argv, {"--metadata", "--files-only", "--json"},
+            {"--saved", "--mode", "--kind", "--min-size", "--max-size", "--from", "--to", "--tag",
+             "--catalog", "--limit"});
   if (!args.ok()) return usageError(kCommand, args.error());
   if (args.positionals().size() > 1)
     return usageError(kCommand, "give the search text as one argument (put quotes around text with blanks)");
 
   SearchQuery query;
+  if (auto name = args.value("--saved")) {
+    std::string error;
+    std::optional<SavedSearch> saved = findSaved(*name, error);
+    if (!saved) return failure(error);
+    SearchForm form;
+    form.apply(*saved);
+    query = form.query();
+  }
   if (!args.positionals().empty()) query.text = args.positionals().front();
   if (auto mode = args.value("--mode")) {
     std::optional<SearchQuery::Mode> parsed = parseMode(*mode);
@@ -229,7 +262,8 @@ int search(const std::vector<std::string>& argv, const Context& context) {
       return usageError(kCommand, "unknown mode '" + *mode + "' (contains, starts, exact or regex)");
     query.mode = *parsed;
   }
-  query.searchMetadata = args.flag("--metadata");
+  if (args.flag("--metadata")) query.searchMetadata = true;
+  if (!args.values("--kind").empty()) query.kinds.clear();
   for (const std::string& name : args.values("--kind")) {
     std::optional<FileKind> kind = parseKind(name);
     if (!kind) return usageError(kCommand, "unknown kind '" + name + "' (see --help for the kinds)");
@@ -254,8 +288,8 @@ int search(const std::vector<std::string>& argv, const Context& context) {
     if (!day) return usageError(kCommand, "--to: '" + *text + "' is not a date of the form YYYY-MM-DD");
     query.modifiedTo = startOfNextLocalDay(*day);
   }
-  query.tag = args.value("--tag").value_or("");
-  query.includeFolders = !args.flag("--files-only");
+  if (auto tag = args.value("--tag")) query.tag = *tag;
+  if (args.flag("--files-only")) query.includeFolders = false;
   if (auto text = args.value("--limit")) {
     char* end = nullptr;
     long long limit = std::strtoll(text->c_str(), &end, 10);
@@ -265,6 +299,7 @@ int search(const std::vector<std::string>& argv, const Context& context) {
   }
 
   CatalogDB store(databasePath(context));
+  if (!args.values("--catalog").empty()) query.catalogIDs.clear();
   for (const std::string& name : args.values("--catalog")) {
     std::string error;
     std::optional<Catalog> catalog = findCatalog(store, name, error);

@@ -85,4 +85,19 @@ grep -q '"height": 4000' <<<"$json" || fail "no height: $json"
 json=$("$cli" --db "$db" search 100% --json) || fail "json"
 ! grep -qE '"(modified|sha256|width|metadata)"' <<<"$json" || fail "keys for absent values: $json"
 [ "$("$cli" --db "$db" search zzz --json | tr -d ' \n')" = '{"app":"TVRLOrrelin","results":[]}' ] || fail "empty json"
+# Saved searches from the program's settings: the saved filters, with the command line on top.
+export XDG_CONFIG_HOME="$ORRELIN_SCRATCH/config"
+expect 1 "there are no saved searches" --saved "Big photos"
+mkdir -p "$XDG_CONFIG_HOME/TVRL Orrelin"
+cat > "$XDG_CONFIG_HOME/TVRL Orrelin/defaults.json" <<'JSON'
+{"savedSearches": [{"id": "6BA7B810-9DAD-11D1-80B4-00C04FD430C8", "name": "Big photos", "text": "img",
+  "mode": "Contains", "searchMetadata": false, "kinds": ["Image"], "minSizeText": "2", "maxSizeText": "",
+  "sizeUnit": 1000000, "useDates": false, "from": 0, "to": 0, "tag": "", "catalogIDs": [1],
+  "includeFolders": true}]}
+JSON
+expect 0 "^1 result in" --saved "big PHOTOS"
+expect 0 "IMG_0001" --saved "Big photos"
+expect 0 "^2 results" --saved "Big photos" --min-size 1
+expect 0 "^No results" --saved "Big photos" --catalog Work
+expect 1 "no saved search is called 'Small'; saved searches:" --saved Small
 exit 0
