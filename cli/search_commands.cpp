@@ -20,10 +20,9 @@ namespace {
 constexpr const char* kCommand = "search";
 
 constexpr const char* kHelp =
-    "usage: orrelin-cli [--db PATH] search [TEXT] [--saved NAME] [--mode contains|starts|exact|regex] "
-    "[--metadata]\n"
-    "           [--kind KIND]... [--min-size SIZE] [--max-size SIZE] [--from DATE] [--to DATE]\n"
-    "           [--tag TAG] [--catalog ID|NAME]... [--files-only] [--limit N] [--json]\n"
+    "usage: orrelin-cli [--db PATH] search [TEXT] [--mode contains|starts|exact|regex] [--metadata]\n"
+    "           [--saved NAME] [--kind KIND]... [--min-size SIZE] [--max-size SIZE] [--from DATE]\n"
+    "           [--to DATE] [--tag TAG] [--catalog ID|NAME]... [--files-only] [--limit N] [--json]\n"
     "\n"
     "Searches the names of every cartridge, from the database alone: the drives need not be connected.\n"
     "Results are ordered by name, ignoring case. With no TEXT, every record is listed up to the limit.\n"
