@@ -64,9 +64,14 @@ Date utc(int year, int month, int day, int hour, int minute = 0) {
   return Date{static_cast<double>(timegm(&parts))};
 }
 
+// Re-reads the time zone when it goes: declared before the ScopedEnv, it goes after the old TZ is back.
+struct RereadZoneOnExit {
+  ~RereadZoneOnExit() { tzset(); }
+};
+
 class LocalDayTest : public ::testing::Test {
  protected:
-  void TearDown() override { tzset(); }
+  RereadZoneOnExit reread;
   ScopedEnv env;
   void zone(const char* name) {
     env.set("TZ", std::string(name));
