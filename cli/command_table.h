@@ -28,6 +28,7 @@ using CommandTable = std::map<std::string, Command>;
 void addCatalogCommands(CommandTable& table);  // info, list, volumes
 void addOrganizeCommands(CommandTable& table);  // plan, undo
 void addRenameCommands(CommandTable& table);   // rename
+void addSearchCommands(CommandTable& table);   // search
 
 // The database file the command works on: --db, else the one in the data folder.
 std::string databasePath(const Context& context);

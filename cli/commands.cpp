@@ -20,6 +20,7 @@ const CommandTable& commands() {
     addCatalogCommands(t);
     addOrganizeCommands(t);
     addRenameCommands(t);
+    addSearchCommands(t);
     return t;
   }();
   return table;
