@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "search/search_query.h"
 #include "store/records.h"
 #include "store/sqlite_db.h"
 
@@ -77,6 +78,12 @@ class CatalogDB {
   std::vector<FileRecord> allFiles(int64_t catalogID);
   // The folders above `file`, root-most first, at most 512.
   std::vector<FileRecord> ancestors(const FileRecord& file);
+  // The records that match `query` with their catalogs' names, by name ignoring ASCII case, at most
+  // query.limit. Throws DBError: of the query case, before any SQL runs, for a regular expression that
+  // does not compile; unchanged from SQLite otherwise.
+  std::vector<SearchHit> search(const SearchQuery& query);
+  // `text` for a LIKE pattern with ESCAPE '\': backslash, % and _ each get a backslash before them.
+  static std::string likeEscape(const std::string& text);
 
   // Most levels a size rolls up through, and most folders ancestors() returns.
   static constexpr int kMaxDepth = 512;
