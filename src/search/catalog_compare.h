@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "search/search_hit.h"
+#include "search/search_query.h"
 #include "store/records.h"
 
 namespace orrelin {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "core/date.h"
-#include "search/search_hit.h"
+#include "search/search_query.h"
 
 namespace orrelin {
 

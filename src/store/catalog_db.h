@@ -15,7 +15,6 @@
 namespace orrelin {
 
 struct VolumeInfo;
-struct SearchHit;
 struct DuplicateGroup;
 enum class DuplicateMode;
 struct LibraryStats;

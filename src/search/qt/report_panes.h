@@ -12,7 +12,7 @@
 #include <set>
 #include <vector>
 
-#include "search/search_hit.h"
+#include "search/search_query.h"
 
 namespace orrelin {
 
