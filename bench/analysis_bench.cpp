@@ -101,7 +101,8 @@ BENCHMARK(BM_EmptyFolders)
 void BM_LargeOldFiles(benchmark::State& state) {
   CatalogDB& store = *library().store;
   std::vector<SearchHit> hits;
-  for (auto _ : state) hits = store.largeOldFiles(largeOldMinimumBytes("500"), largeOldCutoff(2, Date::now()), {});
+  for (auto _ : state)
+    hits = store.largeOldFiles(largeOldMinimumBytes("500"), largeOldCutoff(2, Date::now()), {});
   state.counters["hits"] = static_cast<double>(hits.size());
 }
 BENCHMARK(BM_LargeOldFiles)

@@ -54,7 +54,8 @@ std::optional<int64_t> parseSize(const std::string& text) {
 }
 
 // The catalogs named by --catalog (ids or names); false with a usage error printed when one is unknown.
-bool catalogIDs(CatalogDB& store, const Args& args, const char* command, std::set<int64_t>& ids, int& status) {
+bool catalogIDs(CatalogDB& store, const Args& args, const char* command, std::set<int64_t>& ids,
+                int& status) {
   for (const std::string& text : args.values("--catalog")) {
     std::string error;
     std::optional<Catalog> catalog = findCatalog(store, text, error);
@@ -72,9 +73,11 @@ bool catalogIDs(CatalogDB& store, const Args& args, const char* command, std::se
 json dateJSON(const OptionalDate& date) { return date ? json(Fmt::iso(*date)) : json(nullptr); }
 
 json recordJSON(const FileRecord& f) {
-  return {{"id", f.id},           {"catalogID", f.catalogID}, {"path", f.path},
-          {"name", f.name},       {"isDir", f.isDir},         {"size", f.size},
-          {"kind", f.kindName()}, {"modified", dateJSON(f.modified)}, {"sha256", f.sha256}};
+  return {{"id", f.id},           {"catalogID", f.catalogID},
+          {"path", f.path},       {"name", f.name},
+          {"isDir", f.isDir},     {"size", f.size},
+          {"kind", f.kindName()}, {"modified", dateJSON(f.modified)},
+          {"sha256", f.sha256}};
 }
 
 json hitJSON(const SearchHit& h) {
@@ -88,8 +91,9 @@ void printJSON(const json& j) { std::printf("%s\n", j.dump(2).c_str()); }
 // One line per hit: size, modification date, catalog, path.
 void printHits(const std::vector<SearchHit>& hits) {
   for (const SearchHit& h : hits)
-    std::printf("%12s  %-22s  %-20s  %s%s\n", Fmt::size(h.file.size).c_str(), Fmt::date(h.file.modified).c_str(),
-                h.catalogName.c_str(), h.file.path.c_str(), h.file.isDir ? "/" : "");
+    std::printf("%12s  %-22s  %-20s  %s%s\n", Fmt::size(h.file.size).c_str(),
+                Fmt::date(h.file.modified).c_str(), h.catalogName.c_str(), h.file.path.c_str(),
+                h.file.isDir ? "/" : "");
 }
 
 std::vector<SearchHit> wrap(const std::vector<FileRecord>& records, const std::string& catalogName) {
@@ -104,7 +108,8 @@ std::vector<SearchHit> wrap(const std::vector<FileRecord>& records, const std::s
 int dupes(const std::vector<std::string>& argv, const Context& context) {
   Args args(argv, {"--cross", "--json"}, {"--by", "--min-size", "--catalog", "--limit"});
   if (!args.ok()) return usageError("dupes", args.error());
-  if (!args.positionals().empty()) return usageError("dupes", "takes no arguments (got '" + args.positionals()[0] + "')");
+  if (!args.positionals().empty())
+    return usageError("dupes", "takes no arguments (got '" + args.positionals()[0] + "')");
   std::string by = args.value("--by").value_or("name-size");
   DuplicateMode mode;
   if (by == "name-size") {
@@ -142,10 +147,14 @@ int dupes(const std::vector<std::string>& argv, const Context& context) {
         j["catalog"] = m.catalogName;
         members.push_back(std::move(j));
       }
-      sets.push_back({{"key", g.key}, {"name", g.name}, {"size", g.size}, {"wasted", g.wasted()},
+      sets.push_back({{"key", g.key},
+                      {"name", g.name},
+                      {"size", g.size},
+                      {"wasted", g.wasted()},
                       {"members", std::move(members)}});
     }
-    printJSON({{"mode", rawValue(mode)}, {"minSize", *minSize}, {"wasted", wasted}, {"sets", std::move(sets)}});
+    printJSON(
+        {{"mode", rawValue(mode)}, {"minSize", *minSize}, {"wasted", wasted}, {"sets", std::move(sets)}});
     return kExitOk;
   }
   if (groups.empty()) {
@@ -153,8 +162,8 @@ int dupes(const std::vector<std::string>& argv, const Context& context) {
     return kExitOk;
   }
   for (const DuplicateGroup& g : groups) {
-    std::printf("%s  (%zu copies of %s, %s wasted)\n", g.name.c_str(), g.members.size(), Fmt::size(g.size).c_str(),
-                Fmt::size(g.wasted()).c_str());
+    std::printf("%s  (%zu copies of %s, %s wasted)\n", g.name.c_str(), g.members.size(),
+                Fmt::size(g.size).c_str(), Fmt::size(g.wasted()).c_str());
     for (const DuplicateMember& m : g.members)
       std::printf("    %-20s  %s\n", m.catalogName.c_str(), m.file.path.c_str());
   }
@@ -166,17 +175,21 @@ int dupes(const std::vector<std::string>& argv, const Context& context) {
 // ---- stats ------------------------------------------------------------------------------------------------
 
 void printStats(const LibraryStats& s) {
-  std::printf("Cartridges:  %s\nFiles:       %s\nFolders:     %s\nCataloged:   %s\n", Fmt::count(s.catalogs).c_str(),
-              Fmt::count(s.files).c_str(), Fmt::count(s.folders).c_str(), Fmt::size(s.bytes).c_str());
+  std::printf("Cartridges:  %s\nFiles:       %s\nFolders:     %s\nCataloged:   %s\n",
+              Fmt::count(s.catalogs).c_str(), Fmt::count(s.files).c_str(), Fmt::count(s.folders).c_str(),
+              Fmt::size(s.bytes).c_str());
   if (!s.byKind.empty()) std::puts("\nFiles by kind:");
   for (const KindStat& k : s.byKind)
-    std::printf("  %-12s %12s %12s\n", k.kind.c_str(), Fmt::count(k.count).c_str(), Fmt::size(k.bytes).c_str());
+    std::printf("  %-12s %12s %12s\n", k.kind.c_str(), Fmt::count(k.count).c_str(),
+                Fmt::size(k.bytes).c_str());
   if (!s.byYear.empty()) std::puts("\nFiles by year modified:");
   for (const YearStat& y : s.byYear)
-    std::printf("  %-12s %12s %12s\n", y.year.c_str(), Fmt::count(y.count).c_str(), Fmt::size(y.bytes).c_str());
+    std::printf("  %-12s %12s %12s\n", y.year.c_str(), Fmt::count(y.count).c_str(),
+                Fmt::size(y.bytes).c_str());
   if (!s.topExtensions.empty()) std::puts("\nTop extensions:");
   for (const ExtStat& e : s.topExtensions)
-    std::printf("  %-12s %12s %12s\n", e.ext.c_str(), Fmt::count(e.count).c_str(), Fmt::size(e.bytes).c_str());
+    std::printf("  %-12s %12s %12s\n", e.ext.c_str(), Fmt::count(e.count).c_str(),
+                Fmt::size(e.bytes).c_str());
   if (!s.largest.empty()) std::puts("\nLargest files:");
   for (size_t i = 0; i < s.largest.size(); ++i) {
     const SearchHit& h = s.largest[i];
@@ -186,9 +199,9 @@ void printStats(const LibraryStats& s) {
   std::puts("\nRecent scans:");
   if (s.log.empty()) std::puts("  No scans recorded yet.");
   for (const ScanLogEntry& l : s.log)
-    std::printf("  %-20s  %s \u00b7 %s  +%lld ~%lld \u2212%lld\n", l.catalogName.c_str(), Fmt::date(l.at).c_str(),
-                l.note.c_str(), static_cast<long long>(l.added), static_cast<long long>(l.changed),
-                static_cast<long long>(l.removed));
+    std::printf("  %-20s  %s \u00b7 %s  +%lld ~%lld \u2212%lld\n", l.catalogName.c_str(),
+                Fmt::date(l.at).c_str(), l.note.c_str(), static_cast<long long>(l.added),
+                static_cast<long long>(l.changed), static_cast<long long>(l.removed));
 }
 
 json statsJSON(const LibraryStats& s) {
@@ -201,8 +214,14 @@ json statsJSON(const LibraryStats& s) {
   for (const SearchHit& h : s.largest) largest.push_back(hitJSON(h));
   json log = json::array();
   for (const ScanLogEntry& l : s.log)
-    log.push_back({{"id", l.id}, {"catalogID", l.catalogID}, {"catalog", l.catalogName}, {"at", Fmt::iso(l.at)},
-                   {"added", l.added}, {"removed", l.removed}, {"changed", l.changed}, {"seconds", l.seconds},
+    log.push_back({{"id", l.id},
+                   {"catalogID", l.catalogID},
+                   {"catalog", l.catalogName},
+                   {"at", Fmt::iso(l.at)},
+                   {"added", l.added},
+                   {"removed", l.removed},
+                   {"changed", l.changed},
+                   {"seconds", l.seconds},
                    {"note", l.note}});
   return {{"catalogs", s.catalogs},
           {"files", s.files},
@@ -218,7 +237,8 @@ json statsJSON(const LibraryStats& s) {
 int stats(const std::vector<std::string>& argv, const Context& context) {
   Args args(argv, {"--json"}, {});
   if (!args.ok()) return usageError("stats", args.error());
-  if (!args.positionals().empty()) return usageError("stats", "takes no arguments (got '" + args.positionals()[0] + "')");
+  if (!args.positionals().empty())
+    return usageError("stats", "takes no arguments (got '" + args.positionals()[0] + "')");
   CatalogDB store(databasePath(context));
   LibraryStats s = store.stats();
   if (args.flag("--json")) {
@@ -239,7 +259,8 @@ std::optional<std::string> offlineReason(const Catalog& catalog) {
     return "\u201c" + catalog.name + "\u201d was imported from a file, so its original location is unknown.";
   struct stat info;
   bool isFolder = ::stat(recordDiskPath(catalog.rootPath, "").c_str(), &info) == 0 && S_ISDIR(info.st_mode);
-  if (!isFolder || (!catalog.volumeUUID.empty() && VolumeInfo::read(catalog.rootPath).uuid != catalog.volumeUUID))
+  if (!isFolder ||
+      (!catalog.volumeUUID.empty() && VolumeInfo::read(catalog.rootPath).uuid != catalog.volumeUUID))
     return "Drive offline \u2014 insert \u201c" + catalog.displayVolume() +
            "\u201d to check this catalog. You can keep browsing the catalog while the drive is disconnected.";
   return std::nullopt;
@@ -280,9 +301,10 @@ int report(const std::vector<std::string>& argv, const Context& context) {
     std::optional<int64_t> minSize = parseSize(args.value("--min-size").value_or("500"));
     if (!minSize) return usageError("report", "--min-size takes a size such as 500 (MB), 700KB or 2GB");
     std::string yearsText = args.value("--years").value_or("2");
-    if (yearsText.empty() || yearsText.size() > 2 || yearsText.find_first_not_of("0123456789") != std::string::npos ||
-        std::stoi(yearsText) > kMaxYears)
-      return usageError("report", "--years takes a whole number from 0 (any time) to 30 (got '" + yearsText + "')");
+    if (yearsText.empty() || yearsText.size() > 2 ||
+        yearsText.find_first_not_of("0123456789") != std::string::npos || std::stoi(yearsText) > kMaxYears)
+      return usageError("report",
+                        "--years takes a whole number from 0 (any time) to 30 (got '" + yearsText + "')");
     CatalogDB store(databasePath(context));
     std::set<int64_t> ids;
     int status = 0;
@@ -310,7 +332,8 @@ int report(const std::vector<std::string>& argv, const Context& context) {
 int compare(const std::vector<std::string>& argv, const Context& context) {
   Args args(argv, {"--json", "--summary"}, {});
   if (!args.ok()) return usageError("compare", args.error());
-  if (args.positionals().size() != 2) return usageError("compare", "needs two catalogs, A and B (ids or names)");
+  if (args.positionals().size() != 2)
+    return usageError("compare", "needs two catalogs, A and B (ids or names)");
   CatalogDB store(databasePath(context));
   std::optional<Catalog> a, b;
   for (int i = 0; i < 2; ++i) {
@@ -346,8 +369,8 @@ int compare(const std::vector<std::string>& argv, const Context& context) {
     if (hits.empty()) continue;
     std::printf("\n%s:\n", titles[tab]);
     for (const SearchHit& h : hits)
-      std::printf("  %12s  %s%s%s\n", Fmt::size(h.file.size).c_str(), h.file.path.c_str(), tab == 2 ? "  " : "",
-                  tab == 2 ? h.catalogName.c_str() : "");
+      std::printf("  %12s  %s%s%s\n", Fmt::size(h.file.size).c_str(), h.file.path.c_str(),
+                  tab == 2 ? "  " : "", tab == 2 ? h.catalogName.c_str() : "");
   }
   return kExitOk;
 }
@@ -371,12 +394,13 @@ void addAnalysisCommands(CommandTable& table) {
       "  --limit N       at most N sets (default 800)\n"
       "  --json          the sets as JSON, with every member's record\n",
       dupes};
-  table["stats"] = {
-      "statistics of the whole library",
-      "usage: orrelin-cli [--db PATH] stats [--json]\n\n"
-      "Prints the totals of all cartridges (as of their last scans), the files by kind, by year modified (the\n"
-      "newest 14 years, in UTC), the 12 commonest extensions, the 25 largest files and the 20 latest scans.\n",
-      stats};
+  table["stats"] = {"statistics of the whole library",
+                    "usage: orrelin-cli [--db PATH] stats [--json]\n\n"
+                    "Prints the totals of all cartridges (as of their last scans), the files by kind, by "
+                    "year modified (the\n"
+                    "newest 14 years, in UTC), the 12 commonest extensions, the 25 largest files and the 20 "
+                    "latest scans.\n",
+                    stats};
   table["report"] = {
       "clean-up reports: empty folders, large old files, missing files",
       "usage: orrelin-cli [--db PATH] report empty [--catalog C]... [--json]\n"
@@ -395,7 +419,8 @@ void addAnalysisCommands(CommandTable& table) {
   table["compare"] = {
       "compare two catalogs file by file",
       "usage: orrelin-cli [--db PATH] compare A B [--summary] [--json]\n\n"
-      "Matches the files of two cartridges (ids or names) by their path inside each drive, as when checking a\n"
+      "Matches the files of two cartridges (ids or names) by their path inside each drive, as when checking "
+      "a\n"
       "backup against its original. A file is different when its size differs, or when both sides have a\n"
       "checksum and they differ; dates do not count. Folders are not compared. Prints the four counts and\n"
       "the files only in A, only in B and different.\n\n"

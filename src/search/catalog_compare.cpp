@@ -145,7 +145,8 @@ std::vector<SearchHit> compareTabHits(const CompareResult& result, int tab, cons
     for (const FileRecord& f : result.onlyB) hits.push_back({f, nameB});
   } else if (tab == 2) {
     for (const auto& [fa, fb] : result.changed)
-      hits.push_back({fa, nameA + ": " + Fmt::size(fa.size) + " \u00b7 " + nameB + ": " + Fmt::size(fb.size)});
+      hits.push_back(
+          {fa, nameA + ": " + Fmt::size(fa.size) + " \u00b7 " + nameB + ": " + Fmt::size(fb.size)});
   }
   return hits;
 }

@@ -14,10 +14,10 @@
 namespace orrelin {
 
 struct CompareResult {
-  std::vector<FileRecord> onlyA;  // Paths only in the first catalog, in path order.
-  std::vector<FileRecord> onlyB;  // Paths only in the second catalog, in path order.
+  std::vector<FileRecord> onlyA;                           // Paths only in the first catalog, in path order.
+  std::vector<FileRecord> onlyB;                           // Paths only in the second catalog, in path order.
   std::vector<std::pair<FileRecord, FileRecord>> changed;  // Same path, other content; A's record first.
-  int64_t same = 0;  // Paths judged identical.
+  int64_t same = 0;                                        // Paths judged identical.
 
   bool operator==(const CompareResult&) const = default;
 };

@@ -27,8 +27,9 @@ SearchHit mapHit(const Statement& r) { return {CatalogDB::mapFile(r), r.text(Cat
 
 std::vector<SearchHit> CatalogDB::emptyFolders(const std::set<int64_t>& catalogIDs) {
   SQLArgs args;
-  std::string sql = kHitSelect + "f.is_dir=1 AND f.item_count=0" + catalogInClause("f.catalog_id", catalogIDs, args) +
-                    " ORDER BY c.name, f.path LIMIT " + std::to_string(kReportLimit);
+  std::string sql = kHitSelect + "f.is_dir=1 AND f.item_count=0" +
+                    catalogInClause("f.catalog_id", catalogIDs, args) + " ORDER BY c.name, f.path LIMIT " +
+                    std::to_string(kReportLimit);
   return m_db.query(sql, args, mapHit);
 }
 
@@ -40,7 +41,8 @@ std::vector<SearchHit> CatalogDB::largeOldFiles(int64_t minSize, OptionalDate ol
     sql += " AND f.modified < ?";
     args.emplace_back(*olderThan);
   }
-  sql += catalogInClause("f.catalog_id", catalogIDs, args) + " ORDER BY f.size DESC LIMIT " + std::to_string(kReportLimit);
+  sql += catalogInClause("f.catalog_id", catalogIDs, args) + " ORDER BY f.size DESC LIMIT " +
+         std::to_string(kReportLimit);
   return m_db.query(sql, args, mapHit);
 }
 

@@ -62,17 +62,17 @@ std::vector<DuplicateGroup> CatalogDB::duplicates(DuplicateMode mode, int64_t mi
     return it == catalogNames.end() ? std::string("?") : it->second;
   };
 
-  std::string having = crossCatalogOnly ? "HAVING COUNT(*) > 1 AND COUNT(DISTINCT catalog_id) > 1"
-                                        : "HAVING COUNT(*) > 1";
+  std::string having =
+      crossCatalogOnly ? "HAVING COUNT(*) > 1 AND COUNT(DISTINCT catalog_id) > 1" : "HAVING COUNT(*) > 1";
   std::string aggregate;
   if (mode == DuplicateMode::hash) {
     aggregate = "SELECT sha256, MAX(size), COUNT(*) FROM files WHERE " + filter +
-                " AND sha256 != '' GROUP BY sha256 " + having + " ORDER BY MAX(size) * (COUNT(*) - 1) DESC LIMIT " +
-                std::to_string(limit);
+                " AND sha256 != '' GROUP BY sha256 " + having +
+                " ORDER BY MAX(size) * (COUNT(*) - 1) DESC LIMIT " + std::to_string(limit);
   } else {
     bool byName = mode == DuplicateMode::nameSize;
-    aggregate = std::string("SELECT ") + (byName ? "name" : "''") + ", size, COUNT(*) FROM files WHERE " + filter +
-                " GROUP BY " + (byName ? "name, size" : "size") + " " + having +
+    aggregate = std::string("SELECT ") + (byName ? "name" : "''") + ", size, COUNT(*) FROM files WHERE " +
+                filter + " GROUP BY " + (byName ? "name, size" : "size") + " " + having +
                 " ORDER BY size * (COUNT(*) - 1) DESC LIMIT " + std::to_string(limit);
   }
 
@@ -111,15 +111,16 @@ std::vector<DuplicateGroup> CatalogDB::duplicates(DuplicateMode mode, int64_t mi
   bool byName = mode == DuplicateMode::nameSize;
   SQLArgs idArgs;
   const std::string sql = select + "f.is_dir = 0 AND f.size = ?" + (byName ? " AND f.name = ?" : "") +
-                          catalogInClause("f.catalog_id", catalogIDs, idArgs) + " ORDER BY f.catalog_id, f.path";
+                          catalogInClause("f.catalog_id", catalogIDs, idArgs) +
+                          " ORDER BY f.catalog_id, f.path";
   for (const AggregateRow& row : rows) {
     SQLArgs args{row.size};
     if (byName) args.emplace_back(row.first);
     args.insert(args.end(), idArgs.begin(), idArgs.end());
     std::vector<DuplicateMember> members = readMembers(sql, args);
     if (members.size() < 2) continue;
-    std::string name = byName ? row.first
-                              : std::to_string(members.size()) + " files of " + Fmt::size(row.size);
+    std::string name =
+        byName ? row.first : std::to_string(members.size()) + " files of " + Fmt::size(row.size);
     std::string key = std::string(rawValue(mode)) + "|" + row.first + "|" + std::to_string(row.size);
     groups.push_back({std::move(key), std::move(name), row.size, std::move(members)});
   }

@@ -19,7 +19,7 @@ enum class DuplicateMode {
 };
 
 inline constexpr DuplicateMode kAllDuplicateModes[] = {DuplicateMode::nameSize, DuplicateMode::hash,
-                                                      DuplicateMode::sizeOnly};
+                                                       DuplicateMode::sizeOnly};
 
 // Returns "Name + Size", "SHA-256 Checksum" or "Size Only".
 std::string_view rawValue(DuplicateMode mode);
@@ -37,9 +37,9 @@ struct DuplicateMember {
 
 // A set of at least two copies.
 struct DuplicateGroup {
-  std::string key;   // Stable identity of the set; also its id.
-  std::string name;  // Title of the set.
-  int64_t size = 0;  // Bytes of one copy.
+  std::string key;                       // Stable identity of the set; also its id.
+  std::string name;                      // Title of the set.
+  int64_t size = 0;                      // Bytes of one copy.
   std::vector<DuplicateMember> members;  // By catalog id, then path.
 
   bool operator==(const DuplicateGroup&) const = default;

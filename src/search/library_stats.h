@@ -56,14 +56,14 @@ struct ScanLogEntry {
 // The default value has zeros and empty lists.
 struct LibraryStats {
   int64_t catalogs = 0;
-  int64_t files = 0;    // Sum of the catalogs' stored file counts.
-  int64_t folders = 0;  // Sum of the catalogs' stored folder counts.
-  int64_t bytes = 0;    // Sum of the catalogs' stored total sizes.
-  std::vector<KindStat> byKind;          // Every kind present, largest total size first.
-  std::vector<YearStat> byYear;          // The newest 14 years present, oldest first.
-  std::vector<ExtStat> topExtensions;    // The 12 commonest extensions, commonest first.
-  std::vector<SearchHit> largest;        // The 25 largest files, largest first.
-  std::vector<ScanLogEntry> log;         // The 20 newest scan log rows, newest first.
+  int64_t files = 0;                   // Sum of the catalogs' stored file counts.
+  int64_t folders = 0;                 // Sum of the catalogs' stored folder counts.
+  int64_t bytes = 0;                   // Sum of the catalogs' stored total sizes.
+  std::vector<KindStat> byKind;        // Every kind present, largest total size first.
+  std::vector<YearStat> byYear;        // The newest 14 years present, oldest first.
+  std::vector<ExtStat> topExtensions;  // The 12 commonest extensions, commonest first.
+  std::vector<SearchHit> largest;      // The 25 largest files, largest first.
+  std::vector<ScanLogEntry> log;       // The 20 newest scan log rows, newest first.
 
   bool operator==(const LibraryStats&) const = default;
 };

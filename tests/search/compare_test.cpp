@@ -58,7 +58,7 @@ TEST_F(CompareTest, SizesAndChecksumsDecideWhatChanged) {
   CompareResult r = store.compare(a, b);
   EXPECT_EQ(r.same, 4);
   EXPECT_EQ(paths(r.changed), (std::vector<std::string>{"size-differs.txt|size-differs.txt",
-                                                         "sum-differs.txt|sum-differs.txt"}));
+                                                        "sum-differs.txt|sum-differs.txt"}));
   EXPECT_EQ(r.changed[0].first.catalogID, a);
   EXPECT_EQ(r.changed[0].second.size, 11);
   // Folders are never listed, only files; a move shows once on each side.
@@ -116,7 +116,8 @@ TEST_F(CompareTest, TheListsOfTheTabsAndTheChips) {
   auto tab2 = compareTabHits(r, 2, source, backup);
   ASSERT_EQ(tab2.size(), 1u);
   EXPECT_EQ(tab2[0].file.size, 1'500'000);  // The first catalog's record.
-  EXPECT_EQ(tab2[0].catalogName, "Source: " + Fmt::size(1'500'000) + " \u00b7 Backup: " + Fmt::size(2'000'000));
+  EXPECT_EQ(tab2[0].catalogName,
+            "Source: " + Fmt::size(1'500'000) + " \u00b7 Backup: " + Fmt::size(2'000'000));
   // Vanished catalogs are called by their letter.
   EXPECT_EQ(compareTabHits(r, 2, std::nullopt, std::nullopt)[0].catalogName,
             "A: " + Fmt::size(1'500'000) + " \u00b7 B: " + Fmt::size(2'000'000));
@@ -136,7 +137,7 @@ TEST(CompareChoiceTest, DefaultSecondCatalogAndTheButton) {
   catalogs[1].id = 3;
   catalogs[2].id = 9;
   EXPECT_EQ(defaultCompareB(catalogs, 7, std::nullopt), 3);
-  EXPECT_EQ(defaultCompareB(catalogs, 3, 7), 7);            // A decides, not the selection.
+  EXPECT_EQ(defaultCompareB(catalogs, 3, 7), 7);             // A decides, not the selection.
   EXPECT_EQ(defaultCompareB(catalogs, std::nullopt, 7), 3);  // No A: avoid the selected one.
   EXPECT_EQ(defaultCompareB(catalogs, std::nullopt, std::nullopt), 7);
   EXPECT_EQ(defaultCompareB({catalogs[0]}, 7, std::nullopt), std::nullopt);

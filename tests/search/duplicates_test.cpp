@@ -111,7 +111,8 @@ TEST_F(DuplicatesTest, MinimumSizeIsInclusiveAndZeroAdmitsEmptyFiles) {
   EXPECT_EQ(names(5 * MB), (std::vector<std::string>{"clip.mov", "photo.jpg"}));
   EXPECT_EQ(names(5 * MB + 1), (std::vector<std::string>{"clip.mov"}));
   // notes wastes 1000 bytes, the empty files nothing, so they come last.
-  EXPECT_EQ(names(0), (std::vector<std::string>{"clip.mov", "photo.jpg", "song.mp3", "notes.txt", "empty.log"}));
+  EXPECT_EQ(names(0),
+            (std::vector<std::string>{"clip.mov", "photo.jpg", "song.mp3", "notes.txt", "empty.log"}));
 }
 
 TEST_F(DuplicatesTest, CrossCatalogRuleKeepsEveryCopyOfASetThatSpansDrives) {
@@ -190,8 +191,8 @@ TEST(DuplicateGroupTest, WastedSpaceCountsSurplusCopies) {
     int64_t wasted;
   };
   constexpr int64_t kMax = std::numeric_limits<int64_t>::max();
-  for (const Case& k : {Case{100, 0, 0}, Case{100, 1, 0}, Case{100, 2, 100}, Case{7, 5, 28}, Case{kMax, 2, kMax},
-                        Case{kMax / 3, 4, kMax / 3 * 3}}) {
+  for (const Case& k : {Case{100, 0, 0}, Case{100, 1, 0}, Case{100, 2, 100}, Case{7, 5, 28},
+                        Case{kMax, 2, kMax}, Case{kMax / 3, 4, kMax / 3 * 3}}) {
     EXPECT_EQ(group(k.size, k.members).wasted(), k.wasted) << k.size << " × " << k.members;
   }
   EXPECT_EQ(totalWasted({group(10, 3), group(5, 2), group(1, 0)}), 25);

@@ -39,13 +39,16 @@ class LibraryBuilder {
     int64_t parent = 0;
     if (auto slash = entry.path.rfind('/'); slash != std::string::npos)
       parent = folder(catalogID, entry.path.substr(0, slash));
-    std::string name = entry.path.substr(entry.path.rfind('/') == std::string::npos ? 0 : entry.path.rfind('/') + 1);
-    std::string ext = entry.isDir || name.rfind('.') == std::string::npos ? "" : name.substr(name.rfind('.') + 1);
+    std::string name =
+        entry.path.substr(entry.path.rfind('/') == std::string::npos ? 0 : entry.path.rfind('/') + 1);
+    std::string ext =
+        entry.isDir || name.rfind('.') == std::string::npos ? "" : name.substr(name.rfind('.') + 1);
     std::string kind = !entry.kind.empty() ? entry.kind : entry.isDir ? "Folder" : "Other";
     std::lock_guard guard(m_store.db().mutex());
-    m_store.db().run(scan_sql::kInsertFile,
-                     {catalogID, parent, entry.path, name, entry.isDir, entry.size, kind, "", ext, std::nullopt,
-                      entry.modified, "", 0, false, entry.sha256, false, 0.0, 0, 0, ""});
+    m_store.db().run(
+        scan_sql::kInsertFile,
+        {catalogID,      parent, entry.path, name,  entry.isDir,  entry.size, kind, "", ext, std::nullopt,
+         entry.modified, "",     0,          false, entry.sha256, false,      0.0,  0,  0,   ""});
     int64_t id = m_store.db().lastInsertID();
     if (entry.isDir) m_folders[{catalogID, entry.path}] = id;
     return id;

@@ -51,7 +51,8 @@ TEST_F(ReportsTest, EmptyFoldersAreThoseStoredWithNoEntriesByCatalogNameAndPath)
   lib.folder(ant, "only/inner");  // "only" holds an empty folder, so it is not empty itself.
   lib.finish();
   // Binary order of names: "Zed" before "ant".
-  EXPECT_EQ(paths(store.emptyFolders({})), (std::vector<std::string>{"Zed:a", "Zed:b/empty", "ant:only/inner"}));
+  EXPECT_EQ(paths(store.emptyFolders({})),
+            (std::vector<std::string>{"Zed:a", "Zed:b/empty", "ant:only/inner"}));
   EXPECT_EQ(paths(store.emptyFolders({ant})), (std::vector<std::string>{"ant:only/inner"}));
   EXPECT_TRUE(store.emptyFolders({12345}).empty());
 }
@@ -94,11 +95,11 @@ TEST(TypedInputTest, NumbersAsTheSizeFieldsReadThem) {
     const char* text;
     std::optional<double> value;
   };
-  for (const Case& c : {Case{"500", 500.0}, Case{"1,5", 1.5}, Case{"1,000", 1.0}, Case{"0.25", 0.25},
-                        Case{"+2", 2.0}, Case{"-3", -3.0}, Case{"1e3", 1000.0}, Case{"", std::nullopt},
-                        Case{" 5", std::nullopt}, Case{"5 ", std::nullopt}, Case{"5MB", std::nullopt},
-                        Case{"abc", std::nullopt}, Case{"+", std::nullopt}, Case{"+-1", std::nullopt},
-                        Case{"1,2,3", std::nullopt}}) {
+  for (const Case& c :
+       {Case{"500", 500.0}, Case{"1,5", 1.5}, Case{"1,000", 1.0}, Case{"0.25", 0.25}, Case{"+2", 2.0},
+        Case{"-3", -3.0}, Case{"1e3", 1000.0}, Case{"", std::nullopt}, Case{" 5", std::nullopt},
+        Case{"5 ", std::nullopt}, Case{"5MB", std::nullopt}, Case{"abc", std::nullopt},
+        Case{"+", std::nullopt}, Case{"+-1", std::nullopt}, Case{"1,2,3", std::nullopt}}) {
     EXPECT_EQ(parseTypedNumber(c.text), c.value) << '"' << c.text << '"';
   }
   EXPECT_EQ(largeOldMinimumBytes("500"), 500'000'000);

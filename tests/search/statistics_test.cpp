@@ -58,9 +58,9 @@ TEST_F(StatisticsTest, KindsYearsAndExtensionsOfAFullLibrary) {
   lib.add(a, {"v/film.mkv", 900, "", utc("2020-06-01T12:00:00Z"), false, "Video"});
   lib.add(a, {"v/clip.MKV", 100, "", utc("2020-07-01T12:00:00Z"), false, "Video"});
   lib.add(a, {"p/a.jpg", 50, "", utc("2021-01-01T00:00:00Z"), false, "Image"});
-  lib.add(a, {"p/b.jpg", 50, "", std::nullopt, false, "Image"});  // No date: in no year.
-  lib.add(a, {"p/c.jpg", 50, "", utc("2023-12-31T15:30:00Z"), false, "Image"});  // 00:30 in Tokyo.
-  lib.add(a, {"README", 5, "", utc("2021-03-01T00:00:00Z"), false, "Document"});   // No extension.
+  lib.add(a, {"p/b.jpg", 50, "", std::nullopt, false, "Image"});                  // No date: in no year.
+  lib.add(a, {"p/c.jpg", 50, "", utc("2023-12-31T15:30:00Z"), false, "Image"});   // 00:30 in Tokyo.
+  lib.add(a, {"README", 5, "", utc("2021-03-01T00:00:00Z"), false, "Document"});  // No extension.
   lib.finish();
   LibraryStats s = store.stats();
   EXPECT_EQ(s.byKind, (std::vector<KindStat>{{"Video", 2, 1000}, {"Image", 3, 150}, {"Document", 1, 5}}));
@@ -99,9 +99,10 @@ TEST_F(StatisticsTest, ScanLogNewestFirstWithDeletedCatalogsNamed) {
   int64_t keep = lib.addCatalog("Keep");
   int64_t gone = lib.addCatalog("Gone");
   for (int i = 0; i < 22; ++i)
-    store.db().run("INSERT INTO scan_log(catalog_id, at, added, removed, changed, seconds, note) "
-                   "VALUES(?,?,?,?,?,?,?)",
-                   {i % 2 ? keep : gone, 1000.0 + i, i, 1, 2, 0.5, "scan " + std::to_string(i)});
+    store.db().run(
+        "INSERT INTO scan_log(catalog_id, at, added, removed, changed, seconds, note) "
+        "VALUES(?,?,?,?,?,?,?)",
+        {i % 2 ? keep : gone, 1000.0 + i, i, 1, 2, 0.5, "scan " + std::to_string(i)});
   // deleteCatalog removes its own log; a log row that outlived its catalog is kept under "(deleted)".
   store.db().exec("PRAGMA foreign_keys=OFF");
   store.db().run("DELETE FROM catalogs WHERE id=?", {gone});
@@ -114,8 +115,9 @@ TEST_F(StatisticsTest, ScanLogNewestFirstWithDeletedCatalogsNamed) {
 
   // A row without a time reads as now (and sorts last, as SQLite puts NULL below every number).
   store.db().run("DELETE FROM scan_log");
-  store.db().run("INSERT INTO scan_log(catalog_id, at, added, removed, changed, seconds) VALUES(?,NULL,0,0,0,0)",
-                 {keep});
+  store.db().run(
+      "INSERT INTO scan_log(catalog_id, at, added, removed, changed, seconds) VALUES(?,NULL,0,0,0,0)",
+      {keep});
   Date before = Date::now();
   s = store.stats();
   ASSERT_EQ(s.log.size(), 1u);

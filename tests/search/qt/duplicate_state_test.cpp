@@ -84,8 +84,9 @@ TEST_F(DuplicateStateTest, RunDeliversOnTheMainThreadAndOpensTheFirstThreeSets) 
   ASSERT_EQ(state.groupCount(), 5);
   EXPECT_EQ(state.groups()[0].name, "f5.bin");
   EXPECT_EQ(state.wastedBytes(), 15'000'000);
-  EXPECT_EQ(state.expanded(), (std::set<std::string>{"Name + Size|f5.bin|5000000", "Name + Size|f4.bin|4000000",
-                                                      "Name + Size|f3.bin|3000000"}));
+  EXPECT_EQ(state.expanded(),
+            (std::set<std::string>{"Name + Size|f5.bin|5000000", "Name + Size|f4.bin|4000000",
+                                   "Name + Size|f3.bin|3000000"}));
   state.toggleExpanded("Name + Size|f5.bin|5000000");
   EXPECT_FALSE(state.isExpanded("Name + Size|f5.bin|5000000"));
   state.toggleExpanded("Name + Size|f1.bin|1000000");
