@@ -211,11 +211,5 @@ TEST(DuplicateGroupDeathTest, OverflowingWastedSpaceStopsTheProgram) {
   EXPECT_DEATH(totalWasted({half, half}), "overflow in the total wasted space");
 }
 
-TEST(DuplicateModeTest, RawValuesRoundTrip) {
-  for (DuplicateMode mode : kAllDuplicateModes) EXPECT_EQ(duplicateModeFromRaw(rawValue(mode)), mode);
-  EXPECT_EQ(rawValue(DuplicateMode::hash), "SHA-256 Checksum");
-  EXPECT_FALSE(duplicateModeFromRaw("size only").has_value());
-}
-
 }  // namespace
 }  // namespace orrelin
