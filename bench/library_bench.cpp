@@ -28,9 +28,9 @@ void reportMakeUp(benchmark::State& state, CatalogDB& store) {
   state.counters["with_meta"] = share("meta<>''");
   state.counters["with_sha"] = share("sha256<>''");
   state.counters["tagged"] = share("tags<>''");
-  state.counters["dup_names_across_catalogs"] = static_cast<double>(db.scalarInt(
-      "SELECT count(*) FROM (SELECT name, size FROM files WHERE is_dir=0 GROUP BY name, size "
-      "HAVING count(DISTINCT catalog_id) > 1)"));
+  state.counters["dup_names_across_catalogs"] = static_cast<double>(
+      db.scalarInt("SELECT count(*) FROM (SELECT name, size FROM files WHERE is_dir=0 GROUP BY name, size "
+                   "HAVING count(DISTINCT catalog_id) > 1)"));
 }
 
 void BM_BuildLibrary(benchmark::State& state) {

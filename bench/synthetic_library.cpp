@@ -29,39 +29,42 @@ constexpr const char* kFingerprintKey = "synthetic_library";
 // Bump when the generator changes, so that libraries made by an older generator are rebuilt.
 constexpr int kGeneratorVersion = 1;
 constexpr double kFirstDay = 1451606400;  // 2016-01-01 UTC.
-constexpr double kYears = 9;               // 2016 to 2024.
+constexpr double kYears = 9;              // 2016 to 2024.
 constexpr double kDay = 86400;
 
 template <size_t N>
 using Words = std::array<const char*, N>;
 
-constexpr Words<10> kCatalogNames = {"Photo Archive", "Work SSD",     "Media NAS",   "Backup 2019",
-                                     "Travel Drive",  "Old MacBook",  "Studio RAID", "Family Share",
+constexpr Words<10> kCatalogNames = {"Photo Archive", "Work SSD",    "Media NAS",   "Backup 2019",
+                                     "Travel Drive",  "Old MacBook", "Studio RAID", "Family Share",
                                      "Scratch Disk",  "Cold Storage"};
-constexpr Words<20> kEvents = {"Lisbon Trip", "Birthday",     "Wedding",      "Beach Day",    "Christmas",
-                               "Hiking Alps", "Graduation",   "Concert",      "Garden",       "Paris Weekend",
-                               "Kids Soccer", "New Year",     "Road Trip",    "Museum",       "Snow Day",
-                               "Family Dinner", "Zoo",        "Camping",      "Café Crème",   "Škoda Rally"};
-constexpr Words<14> kArtists = {"Nina Vale",       "The Copper Lines", "Arvo Lindqvist", "Mira Sato",
-                                "Blue Harbor",     "Kettle Drum Society", "Léa Fontaine", "Søren Holm",
-                                "Orchid Parade",   "DJ Marlow",        "Ana Müller Trio", "Night Bus",
-                                "Ólafur Arnar",    "Zoë & the Foxes"};
+constexpr Words<20> kEvents = {"Lisbon Trip",   "Birthday",   "Wedding",   "Beach Day",  "Christmas",
+                               "Hiking Alps",   "Graduation", "Concert",   "Garden",     "Paris Weekend",
+                               "Kids Soccer",   "New Year",   "Road Trip", "Museum",     "Snow Day",
+                               "Family Dinner", "Zoo",        "Camping",   "Café Crème", "Škoda Rally"};
+constexpr Words<14> kArtists = {"Nina Vale",     "The Copper Lines",    "Arvo Lindqvist",  "Mira Sato",
+                                "Blue Harbor",   "Kettle Drum Society", "Léa Fontaine",    "Søren Holm",
+                                "Orchid Parade", "DJ Marlow",           "Ana Müller Trio", "Night Bus",
+                                "Ólafur Arnar",  "Zoë & the Foxes"};
 constexpr Words<10> kAlbums = {"Northern Lights", "Live at the Depot", "Quiet Hours", "Paper Boats",
                                "Summer Tapes",    "Greatest Hits",     "Night Drive", "Echoes",
                                "Field Notes",     "Golden Hour"};
-constexpr Words<20> kSongWords = {"Intro", "Rain",   "Midnight", "River", "Home",   "Gravity", "Lanterns",
-                                  "Ocean", "Fever",  "Lullaby",  "Satellite", "Wildflower", "Dust", "Echo",
-                                  "Tides", "Letters", "Morning", "Neon",  "Ghosts", "Harbor"};
-constexpr Words<10> kCompanies = {"Acme",  "Globex", "Initech", "Umbrella", "Stark",
-                                  "Wayne", "Hooli",  "Vandelay", "Contoso", "Northwind"};
+constexpr Words<20> kSongWords = {"Intro",     "Rain",       "Midnight", "River",  "Home",
+                                  "Gravity",   "Lanterns",   "Ocean",    "Fever",  "Lullaby",
+                                  "Satellite", "Wildflower", "Dust",     "Echo",   "Tides",
+                                  "Letters",   "Morning",    "Neon",     "Ghosts", "Harbor"};
+constexpr Words<10> kCompanies = {"Acme",  "Globex", "Initech",  "Umbrella", "Stark",
+                                  "Wayne", "Hooli",  "Vandelay", "Contoso",  "Northwind"};
 constexpr Words<10> kDocCategories = {"Invoices", "Taxes",    "Contracts", "Reports",       "Letters",
                                       "Manuals",  "Receipts", "Meetings",  "Presentations", "Spreadsheets"};
-constexpr Words<10> kProjects = {"orrery",  "photon-cli", "budget-app", "website", "thesis",
-                                 "engine",  "homelab",    "scraper",    "dotfiles", "ml-experiments"};
-constexpr Words<10> kModules = {"core", "net", "ui", "storage", "util", "parser", "render", "audio", "io", "tests"};
-constexpr Words<16> kCodeWords = {"main",   "config", "handler", "manager", "utils", "client", "server", "model",
-                                  "view",   "index",  "parser",  "cache",   "worker", "types", "helpers", "session"};
-constexpr Words<12> kTags = {"Red",    "Orange",  "Work",    "Important", "Family",   "Travel",
+constexpr Words<10> kProjects = {"orrery", "photon-cli", "budget-app", "website",  "thesis",
+                                 "engine", "homelab",    "scraper",    "dotfiles", "ml-experiments"};
+constexpr Words<10> kModules = {"core",   "net",    "ui",    "storage", "util",
+                                "parser", "render", "audio", "io",      "tests"};
+constexpr Words<16> kCodeWords = {"main",   "config", "handler", "manager", "utils",  "client",
+                                  "server", "model",  "view",    "index",   "parser", "cache",
+                                  "worker", "types",  "helpers", "session"};
+constexpr Words<12> kTags = {"Red",     "Orange", "Work",         "Important",  "Family",    "Travel",
                              "Archive", "To Do",  "Client: Acme", "2023 Taxes", "Favorites", "Green"};
 constexpr Words<12> kMonths = {"January", "February", "March",     "April",   "May",      "June",
                                "July",    "August",   "September", "October", "November", "December"};
@@ -84,13 +87,35 @@ struct Camera {
 };
 constexpr std::array<Camera, 7> kCameras = {{
     {"IMG_", 4, {"JPG", "Image", "image/jpeg", 4'500'000}, "Canon EOS 80D", "EF-S18-135mm", 6000, 4000},
-    {"IMG_", 4, {"HEIC", "Image", "image/heic", 2'200'000}, "iPhone 13 Pro", "iPhone 13 Pro back camera",
-     4032, 3024},
-    {"DSC", 5, {"ARW", "Image", "image/x-sony-arw", 24'000'000}, "ILCE-7M3", "FE 24-70mm F2.8 GM", 6000, 4000},
+    {"IMG_",
+     4,
+     {"HEIC", "Image", "image/heic", 2'200'000},
+     "iPhone 13 Pro",
+     "iPhone 13 Pro back camera",
+     4032,
+     3024},
+    {"DSC",
+     5,
+     {"ARW", "Image", "image/x-sony-arw", 24'000'000},
+     "ILCE-7M3",
+     "FE 24-70mm F2.8 GM",
+     6000,
+     4000},
     {"DSCF", 4, {"RAF", "Image", "image/x-fuji-raf", 33'000'000}, "X-T4", "XF16-80mmF4 R OIS WR", 6240, 4160},
-    {"_MG_", 4, {"CR2", "Image", "image/x-canon-cr2", 25'000'000}, "Canon EOS 5D Mark III", "EF24-105mm f/4L",
-     5760, 3840},
-    {"P", 7, {"RW2", "Image", "image/x-panasonic-rw2", 20'000'000}, "DC-GH5", "LUMIX G VARIO 12-60", 5184, 3888},
+    {"_MG_",
+     4,
+     {"CR2", "Image", "image/x-canon-cr2", 25'000'000},
+     "Canon EOS 5D Mark III",
+     "EF24-105mm f/4L",
+     5760,
+     3840},
+    {"P",
+     7,
+     {"RW2", "Image", "image/x-panasonic-rw2", 20'000'000},
+     "DC-GH5",
+     "LUMIX G VARIO 12-60",
+     5184,
+     3888},
     {"PXL_", 0, {"jpg", "Image", "image/jpeg", 3'000'000}, "Pixel 7", "", 4080, 3072},
 }};
 
@@ -101,8 +126,8 @@ constexpr std::array<Type, 4> kAudioTypes = {{{"mp3", "Audio", "audio/mpeg", 8'0
 constexpr Type kPdf = {"pdf", "PDF", "application/pdf", 600'000};
 constexpr Type kDocx = {"docx", "Document",
                         "application/vnd.openxmlformats-officedocument.wordprocessingml.document", 90'000};
-constexpr Type kXlsx = {"xlsx", "Document", "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet",
-                        60'000};
+constexpr Type kXlsx = {"xlsx", "Document",
+                        "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet", 60'000};
 constexpr Type kPptx = {"pptx", "Document",
                         "application/vnd.openxmlformats-officedocument.presentationml.presentation",
                         4'000'000};
@@ -120,21 +145,19 @@ constexpr std::array<Type, 12> kCodeTypes = {{{"cpp", "Code", "text/x-c++src", 1
                                               {"css", "Code", "text/css", 5'000},
                                               {"sh", "Code", "application/x-shellscript", 1'500},
                                               {"swift", "Code", "text/x-swift", 9'000}}};
-constexpr std::array<Type, 12> kDownloadTypes = {{{"zip", "Archive", "application/zip", 40'000'000},
-                                                  {"gz", "Archive", "application/gzip", 25'000'000},
-                                                  {"7z", "Archive", "application/x-7z-compressed", 60'000'000},
-                                                  {"rar", "Archive", "application/vnd.rar", 80'000'000},
-                                                  {"dmg", "Disk Image", "application/x-apple-diskimage",
-                                                   200'000'000},
-                                                  {"iso", "Disk Image", "application/x-cd-image", 3'000'000'000},
-                                                  {"AppImage", "Application", "application/vnd.appimage",
-                                                   120'000'000},
-                                                  {"deb", "Application", "application/vnd.debian.binary-package",
-                                                   30'000'000},
-                                                  {"ttf", "Font", "font/ttf", 300'000},
-                                                  {"otf", "Font", "font/otf", 250'000},
-                                                  {"bin", "Other", "application/octet-stream", 1'000'000},
-                                                  {"log", "Other", "text/x-log", 200'000}}};
+constexpr std::array<Type, 12> kDownloadTypes = {
+    {{"zip", "Archive", "application/zip", 40'000'000},
+     {"gz", "Archive", "application/gzip", 25'000'000},
+     {"7z", "Archive", "application/x-7z-compressed", 60'000'000},
+     {"rar", "Archive", "application/vnd.rar", 80'000'000},
+     {"dmg", "Disk Image", "application/x-apple-diskimage", 200'000'000},
+     {"iso", "Disk Image", "application/x-cd-image", 3'000'000'000},
+     {"AppImage", "Application", "application/vnd.appimage", 120'000'000},
+     {"deb", "Application", "application/vnd.debian.binary-package", 30'000'000},
+     {"ttf", "Font", "font/ttf", 300'000},
+     {"otf", "Font", "font/otf", 250'000},
+     {"bin", "Other", "application/octet-stream", 1'000'000},
+     {"log", "Other", "text/x-log", 200'000}}};
 
 // A file as generated, before it is placed in a folder; copies across catalogs share all of it.
 struct FileSpec {
@@ -270,8 +293,9 @@ class CatalogWriter {
                 double duration, int64_t width, int64_t height) {
     if (m_pending == 0) m_db.exec("BEGIN IMMEDIATE");
     int label = tags.empty() ? 0 : (tags[0] == 'R' ? 6 : tags[0] == 'O' ? 7 : tags[0] == 'G' ? 2 : 0);
-    m_db.step(m_insert, {m_catalogID, parent, path, name, isDir, size, kind, mime, ext, Date{created},
-                         Date{modified}, tags, label, hidden, sha, false, duration, width, height, meta});
+    m_db.step(m_insert,
+              {m_catalogID,    parent, path,  name,   isDir, size,  kind,     mime,  ext,    Date{created},
+               Date{modified}, tags,   label, hidden, sha,   false, duration, width, height, meta});
     int64_t id = m_db.lastInsertID();
     m_paths.insert(path);
     ++m_written;
@@ -348,8 +372,9 @@ class LibraryGenerator {
     bool pairs = camera.type.typicalSize > 10'000'000 && m_random.chance(0.4);  // RAW with a JPEG beside it.
     double time = day + 9 * 3600 + m_random.below(3 * 3600);
     if (m_random.chance(0.25)) {
-      writer.file(id, path, FileSpec{".DS_Store", {"DS_Store", "Other", "application/octet-stream", 6148}, 6148},
-                  day, m_random);
+      writer.file(id, path,
+                  FileSpec{".DS_Store", {"DS_Store", "Other", "application/octet-stream", 6148}, 6148}, day,
+                  m_random);
     }
     for (int i = 0; i < count && !writer.full(); ++i, ++number) {
       time += 5 + m_random.below(300);
@@ -362,7 +387,8 @@ class LibraryGenerator {
         spec.width = portrait ? camera.height : camera.width;
         spec.height = portrait ? camera.width : camera.height;
         std::map<std::string, std::string> meta = {
-            {"Dimensions", format("%d \u00d7 %d", static_cast<int>(spec.width), static_cast<int>(spec.height))},
+            {"Dimensions",
+             format("%d \u00d7 %d", static_cast<int>(spec.width), static_cast<int>(spec.height))},
             {"Camera", camera.model},
             {"ISO", std::to_string(100 << m_random.below(6))},
             {"Aperture", format("f/%.1f", 1.8 + m_random.below(10) * 0.7)},
@@ -394,11 +420,21 @@ class LibraryGenerator {
       double time = day + 8 * 3600 + i * 600 + m_random.below(500);
       std::string name;
       switch (style) {
-        case 0: name = format("MVI_%04d.MOV", number % 10000); break;
-        case 1: name = format("GX01%04d.MP4", number % 10000); break;
-        case 2: name = "VID_" + dayText(time, "%Y%m%d_%H%M%S") + ".mp4"; break;
-        case 3: name = format("C%04d.MP4", number % 10000); break;
-        default: name = event + format(" edit v%d.mov", i + 1); break;
+        case 0:
+          name = format("MVI_%04d.MOV", number % 10000);
+          break;
+        case 1:
+          name = format("GX01%04d.MP4", number % 10000);
+          break;
+        case 2:
+          name = "VID_" + dayText(time, "%Y%m%d_%H%M%S") + ".mp4";
+          break;
+        case 3:
+          name = format("C%04d.MP4", number % 10000);
+          break;
+        default:
+          name = event + format(" edit v%d.mov", i + 1);
+          break;
       }
       bool mov = name.ends_with("MOV") || name.ends_with("mov");
       Type type = mov ? Type{name.ends_with("MOV") ? "MOV" : "mov", "Video", "video/quicktime", 600'000'000}
@@ -435,11 +471,12 @@ class LibraryGenerator {
     for (int track = 1; track <= tracks && !writer.full(); ++track) {
       std::string title = std::string(m_random.pick(kSongWords));
       if (m_random.chance(0.5)) title += std::string(" ") + m_random.pick(kSongWords);
-      FileSpec spec{format("%02d ", track) + title + "." + type.ext, type, m_random.sizeAround(type.typicalSize)};
+      FileSpec spec{format("%02d ", track) + title + "." + type.ext, type,
+                    m_random.sizeAround(type.typicalSize)};
       if (m_random.chance(0.5)) {
         spec.duration = 120 + m_random.below(300) + m_random.below(1000) / 1000.0;
         spec.meta = metaText({{"Duration", Fmt::duration(spec.duration)},
-                              {"Audio Codec", type.ext == std::string_view("flac") ? "FLAC"
+                              {"Audio Codec", type.ext == std::string_view("flac")  ? "FLAC"
                                               : type.ext == std::string_view("mp3") ? "MP3"
                                               : type.ext == std::string_view("wav") ? "PCM"
                                                                                     : "AAC"},
@@ -466,24 +503,38 @@ class LibraryGenerator {
       std::string company = m_random.pick(kCompanies);
       FileSpec spec;
       switch (category) {
-        case 0: spec = {format("Invoice %s-%03d ", year.c_str(), i + 1) + company + ".pdf", kPdf}; break;
-        case 1: spec = {(i % 2 ? "Tax Return " + year : "W2 " + company + " " + year) + ".pdf", kPdf}; break;
-        case 2: spec = {"Contract " + company + (m_random.chance(0.5) ? " signed" : " draft") + ".pdf", kPdf};
+        case 0:
+          spec = {format("Invoice %s-%03d ", year.c_str(), i + 1) + company + ".pdf", kPdf};
+          break;
+        case 1:
+          spec = {(i % 2 ? "Tax Return " + year : "W2 " + company + " " + year) + ".pdf", kPdf};
+          break;
+        case 2:
+          spec = {"Contract " + company + (m_random.chance(0.5) ? " signed" : " draft") + ".pdf", kPdf};
           break;
         case 3:
-          spec = {format("Quarterly Report Q%d %s", m_random.between(1, 4), year.c_str()) +
-                      (m_random.chance(0.5) ? " final" : " draft v" + std::to_string(m_random.between(1, 5))) +
-                      ".docx",
-                  kDocx};
+          spec = {
+              format("Quarterly Report Q%d %s", m_random.between(1, 4), year.c_str()) +
+                  (m_random.chance(0.5) ? " final" : " draft v" + std::to_string(m_random.between(1, 5))) +
+                  ".docx",
+              kDocx};
           break;
-        case 4: spec = {"Letter to " + company + " " + dayText(time) + ".docx", kDocx}; break;
-        case 5: spec = {company + " " + m_random.pick(kCodeWords) + " manual.pdf", kPdf}; break;
-        case 6: spec = {"Receipt " + dayText(time) + " " + company + ".pdf", kPdf}; break;
+        case 4:
+          spec = {"Letter to " + company + " " + dayText(time) + ".docx", kDocx};
+          break;
+        case 5:
+          spec = {company + " " + m_random.pick(kCodeWords) + " manual.pdf", kPdf};
+          break;
+        case 6:
+          spec = {"Receipt " + dayText(time) + " " + company + ".pdf", kPdf};
+          break;
         case 7:
           spec = m_random.chance(0.5) ? FileSpec{"Meeting notes " + dayText(time) + ".txt", kTxt}
                                       : FileSpec{"Meeting notes " + dayText(time) + ".md", kMarkdown};
           break;
-        case 8: spec = {company + format(" pitch v%d.pptx", m_random.between(1, 9)), kPptx}; break;
+        case 8:
+          spec = {company + format(" pitch v%d.pptx", m_random.between(1, 9)), kPptx};
+          break;
         default:
           spec = {"Budget " + year + " " + kMonths[static_cast<size_t>(m_random.below(12))] + ".xlsx", kXlsx};
           break;
@@ -542,8 +593,8 @@ class LibraryGenerator {
       } else if (ext == "dmg" || ext == "AppImage" || ext == "deb") {
         name = std::string(m_random.pick(kProjects)) + "-setup-" + version + "." + type.ext;
       } else if (type.kind == std::string_view("Font")) {
-        name = std::string(m_random.pick(kSongWords)) + " Sans-" + (m_random.chance(0.5) ? "Regular" : "Bold") +
-               "." + type.ext;
+        name = std::string(m_random.pick(kSongWords)) + " Sans-" +
+               (m_random.chance(0.5) ? "Regular" : "Bold") + "." + type.ext;
       } else if (ext == "log") {
         name = "install-" + dayText(day + i * kDay) + ".log";
       } else if (ext == "bin") {

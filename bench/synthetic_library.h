@@ -30,8 +30,8 @@ struct LibrarySpec {
 struct LibraryInfo {
   std::vector<int64_t> catalogIDs;  // In the order they were made.
   int64_t records = 0;
-  bool reused = false;       // True when an existing file with the same parameters was opened.
-  double buildSeconds = 0;   // Time spent building; 0 when reused.
+  bool reused = false;      // True when an existing file with the same parameters was opened.
+  double buildSeconds = 0;  // Time spent building; 0 when reused.
 };
 
 // The text stored in the database's meta table that names the parameters of a library.

@@ -26,6 +26,7 @@ struct Command {
 using CommandTable = std::map<std::string, Command>;
 
 void addCatalogCommands(CommandTable& table);  // info, list, volumes
+void addSearchCommands(CommandTable& table);    // search
 void addAnalysisCommands(CommandTable& table);  // dupes, stats, report, compare
 
 // The database file the command works on: --db, else the one in the data folder.

@@ -18,6 +18,7 @@ const CommandTable& commands() {
   static const CommandTable table = [] {
     CommandTable t;
     addCatalogCommands(t);
+    addSearchCommands(t);
     addAnalysisCommands(t);
     return t;
   }();

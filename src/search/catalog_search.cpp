@@ -1,5 +1,5 @@
-// Searching the catalogs: one statement over `files`, matching names by the full-text index, LIKE, equality or
-// a regular expression, with the filters of the query.
+// Searching the catalogs: one statement over `files`, matching names by the full-text index, LIKE, equality
+// or a regular expression, with the filters of the query.
 #include <string>
 #include <vector>
 
@@ -123,7 +123,7 @@ SearchStatement searchStatement(const SearchQuery& query, bool ftsTrigram) {
 
   std::string& sql = out.sql;
   sql = std::string("SELECT ") + CatalogDB::fileColumns + ", c.name FROM files f " + join +
-                    " JOIN catalogs c ON c.id = f.catalog_id ";
+        " JOIN catalogs c ON c.id = f.catalog_id ";
   for (size_t i = 0; i < predicates.size(); ++i) sql += (i == 0 ? "WHERE " : " AND ") + predicates[i];
   sql += " ORDER BY f.name COLLATE NOCASE LIMIT " + std::to_string(query.limit);
   return out;

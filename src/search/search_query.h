@@ -19,12 +19,13 @@ namespace orrelin {
 struct SearchQuery {
   // How `text` is matched. The raw value is also the mode's label and its form in a saved search.
   enum class Mode { contains, startsWith, exact, regex };
-  static constexpr std::array<Mode, 4> allCases = {Mode::contains, Mode::startsWith, Mode::exact, Mode::regex};
+  static constexpr std::array<Mode, 4> allCases = {Mode::contains, Mode::startsWith, Mode::exact,
+                                                   Mode::regex};
 
   std::string text;  // As typed; trimmed by the search.
   Mode mode = Mode::contains;
-  bool searchMetadata = false;  // Widens contains and regex beyond the name.
-  std::set<FileKind> kinds;     // Empty: every kind.
+  bool searchMetadata = false;     // Widens contains and regex beyond the name.
+  std::set<FileKind> kinds;        // Empty: every kind.
   std::optional<int64_t> minSize;  // Bytes, inclusive.
   std::optional<int64_t> maxSize;  // Bytes, inclusive.
   OptionalDate modifiedFrom;       // Inclusive.

@@ -33,7 +33,8 @@ class CatalogSearchTest : public ::testing::Test {
     return find(textQuery(text, mode, metadata));
   }
   bool usesIndex(const std::string& text) {
-    return searchStatement(textQuery(text), store.ftsTrigram()).sql.find("files_fts MATCH") != std::string::npos;
+    return searchStatement(textQuery(text), store.ftsTrigram()).sql.find("files_fts MATCH") !=
+           std::string::npos;
   }
 };
 
@@ -42,7 +43,8 @@ TEST_F(CatalogSearchTest, EmptyOrBlankTextListsEveryRecordByNameUpToTheLimit) {
   add({"photos/cherry.txt", "Banana.txt", "apple.txt"});
   addRow(store, beta, Row{"Date.txt"});
 
-  EXPECT_EQ(find(""), (std::vector<std::string>{"apple.txt", "Banana.txt", "cherry.txt", "Date.txt", "photos"}));
+  EXPECT_EQ(find(""),
+            (std::vector<std::string>{"apple.txt", "Banana.txt", "cherry.txt", "Date.txt", "photos"}));
   EXPECT_EQ(find(" \n\t\u00a0"), find(""));
   SearchQuery limited = textQuery("  ");
   limited.limit = 2;
@@ -72,12 +74,14 @@ TEST_F(CatalogSearchTest, ContainsTakesTheIndexFromThreeUserPerceivedCharacters)
     std::vector<std::string> found;
   };
   const Case cases[] = {
-      {"👨‍👩‍👧", false, {"family 👨‍👩‍👧 trip.jpg"}},         // One cluster of five code points.
-      {" 👨‍👩‍👧 ", false, {"family 👨‍👩‍👧 trip.jpg"}},       // Trimmed first.
+      {"👨‍👩‍👧",
+       false,
+       {"family 👨‍👩‍👧 trip.jpg"}},  // One cluster of five code points.
+      {" 👨‍👩‍👧 ", false, {"family 👨‍👩‍👧 trip.jpg"}},  // Trimmed first.
       {"👨‍👩‍👧 t", true, {"family 👨‍👩‍👧 trip.jpg"}},
-      {"🇫🇷🇩🇪", false, {"flags 🇫🇷🇩🇪.png"}},                  // Two flags, four code points.
+      {"🇫🇷🇩🇪", false, {"flags 🇫🇷🇩🇪.png"}},  // Two flags, four code points.
       {"🇫🇷🇩🇪.", true, {"flags 🇫🇷🇩🇪.png"}},
-      {"e\u0301 ", false, {"cafe\u0301 menu.pdf"}},          // Two clusters, three code points.
+      {"e\u0301 ", false, {"cafe\u0301 menu.pdf"}},  // Two clusters, three code points.
       {"fe\u0301", false, {"cafe\u0301 menu.pdf"}},
       {"afe\u0301", true, {"cafe\u0301 menu.pdf"}},
   };
@@ -218,7 +222,8 @@ TEST_F(CatalogSearchTest, EveryFilterAppliesWithItsOwnValue) {
       {"max size", variant([](Row& r) { r.path = "Target scan big.jpg", r.size = 201; }), alpha},
       {"from", variant([](Row& r) { r.path = "Target scan early.jpg", r.modified = Date{999}; }), alpha},
       {"to", variant([](Row& r) { r.path = "Target scan late.jpg", r.modified = Date{3001}; }), alpha},
-      {"no date", variant([](Row& r) { r.path = "Target scan undated.jpg", r.modified = std::nullopt; }), alpha},
+      {"no date", variant([](Row& r) { r.path = "Target scan undated.jpg", r.modified = std::nullopt; }),
+       alpha},
       {"tag", variant([](Row& r) { r.path = "Target scan untagged.jpg", r.tags = "Red"; }), alpha},
       {"catalog", variant([](Row& r) { r.path = "Target scan beta.jpg"; }), beta},
   };
@@ -236,7 +241,7 @@ TEST_F(CatalogSearchTest, EveryFilterAppliesWithItsOwnValue) {
 
   // Each text path binds a different number of values ahead of the filters.
   const SearchQuery texts[] = {
-      textQuery("target scan"),             // Index phrase.
+      textQuery("target scan"),               // Index phrase.
       textQuery("ta", Mode::contains),        // LIKE: one value.
       textQuery("So", Mode::contains, true),  // LIKE over name, meta and tags: three values.
       textQuery("^target", Mode::regex),
@@ -358,9 +363,8 @@ TEST(SearchTextTest, EscapingQuotingTrimmingAndCounting) {
     const char* text;
     int graphemes;
   };
-  const Case cases[] = {{"", 0},         {"ab", 2},           {"abc", 3},   {"\r\n\r\n", 2},
-                        {"e\u0301", 1},  {"👍🏽", 1},          {"🇫🇷🇩🇪x", 3}, {"한국", 2},
-                        {"\u1100\u1161\u11a8", 1}};
+  const Case cases[] = {{"", 0},         {"ab", 2},    {"abc", 3},  {"\r\n\r\n", 2},          {"e\u0301", 1},
+                        {"👍🏽", 1}, {"🇫🇷🇩🇪x", 3}, {"한국", 2}, {"\u1100\u1161\u11a8", 1}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text);
     EXPECT_TRUE(hasAtLeastGraphemes(c.text, c.graphemes));

@@ -28,9 +28,26 @@ struct Row {
 inline int64_t addRow(CatalogDB& store, int64_t catalogID, const Row& row) {
   size_t slash = row.path.rfind('/');
   std::string name = slash == std::string::npos ? row.path : row.path.substr(slash + 1);
-  store.db().run(scan_sql::kInsertFile,
-                 {catalogID, row.parentID, row.path, name, row.isDir, row.size, row.isDir ? "Folder" : row.kind,
-                  "", "", row.modified, row.modified, row.tags, 0, false, "", false, 0.0, 0, 0, row.meta});
+  store.db().run(scan_sql::kInsertFile, {catalogID,
+                                         row.parentID,
+                                         row.path,
+                                         name,
+                                         row.isDir,
+                                         row.size,
+                                         row.isDir ? "Folder" : row.kind,
+                                         "",
+                                         "",
+                                         row.modified,
+                                         row.modified,
+                                         row.tags,
+                                         0,
+                                         false,
+                                         "",
+                                         false,
+                                         0.0,
+                                         0,
+                                         0,
+                                         row.meta});
   return store.db().lastInsertID();
 }
 

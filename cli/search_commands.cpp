@@ -1,0 +1,309 @@
+// The search command of orrelin-cli: the search screen's query from the command line, as a table or JSON.
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+#include <chrono>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "cli/args.h"
+#include "cli/command_table.h"
+#include "core/app_info.h"
+#include "search/search_form.h"
+#include "store/catalog_db.h"
+#include "store/fmt.h"
+
+namespace orrelin::cli {
+
+namespace {
+
+constexpr const char* kCommand = "search";
+
+constexpr const char* kHelp =
+    "usage: orrelin-cli [--db PATH] search [TEXT] [--mode contains|starts|exact|regex] [--metadata]\n"
+    "           [--kind KIND]... [--min-size SIZE] [--max-size SIZE] [--from DATE] [--to DATE]\n"
+    "           [--tag TAG] [--catalog ID|NAME]... [--files-only] [--limit N] [--json]\n"
+    "\n"
+    "Searches the names of every cartridge, from the database alone: the drives need not be connected.\n"
+    "Results are ordered by name, ignoring case. With no TEXT, every record is listed up to the limit.\n"
+    "\n"
+    "  --mode MODE       how TEXT is matched (default: contains):\n"
+    "                      contains  TEXT anywhere in the name; from three characters on, the name index\n"
+    "                                answers at once\n"
+    "                      starts    names that begin with TEXT\n"
+    "                      exact     the whole name, ignoring the case of ASCII letters\n"
+    "                      regex     an ICU regular expression, ignoring case\n"
+    "                    %, _ and \\ in TEXT are plain characters in every mode but regex.\n"
+    "  --metadata        contains and regex also look at the media metadata (contains: and the tags)\n"
+    "  --kind KIND       only this kind; repeat for several. Kinds: Folder, Image, Video, Audio, PDF,\n"
+    "                    Document, Archive, Code, Application, Font, \"Disk Image\", Other (any case)\n"
+    "  --min-size SIZE   at least SIZE; --max-size SIZE: at most SIZE. SIZE is a number with an optional\n"
+    "                    unit B, KB, MB or GB (decimal: 1 KB = 1000 bytes); without a unit it is MB, as\n"
+    "                    on the search screen. A comma is a decimal sign: 1,5GB is 1.5 GB. Folders count\n"
+    "                    with the total size of their contents.\n"
+    "  --from DATE       modified on or after DATE (YYYY-MM-DD, local time)\n"
+    "  --to DATE         modified on or before DATE, the whole day included\n"
+    "  --tag TAG         only records whose tags contain TAG\n"
+    "  --catalog C       only the cartridge with this id or name; repeat for several\n"
+    "  --files-only      leave folders out\n"
+    "  --limit N         at most N results (default 5000)\n"
+    "  --json            print the results as JSON: {\"app\": ..., \"results\": [file objects with their\n"
+    "                    \"catalog\"]}, the form the program exports search results in\n"
+    "\n"
+    "Exit status: 0 also when nothing is found; 1 when the search failed (such as a regular expression\n"
+    "that is not valid); 2 for a wrong command line.\n"
+    "\n"
+    "Examples:\n"
+    "  orrelin-cli search invoice --kind pdf --from 2023-01-01\n"
+    "  orrelin-cli search '^IMG_\\d{4}\\.(jpg|heic)$' --mode regex --min-size 2MB --json\n";
+
+bool equalIgnoringASCIICase(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); ++i) {
+    if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
+      return false;
+  }
+  return true;
+}
+
+std::optional<SearchQuery::Mode> parseMode(const std::string& text) {
+  using Mode = SearchQuery::Mode;
+  const std::pair<const char*, Mode> names[] = {
+      {"contains", Mode::contains},      {"starts", Mode::startsWith}, {"startswith", Mode::startsWith},
+      {"starts-with", Mode::startsWith}, {"exact", Mode::exact},       {"regex", Mode::regex}};
+  for (const auto& [name, mode] : names) {
+    if (equalIgnoringASCIICase(text, name)) return mode;
+  }
+  for (Mode mode : SearchQuery::allCases) {  // The labels of the search screen work too.
+    if (equalIgnoringASCIICase(text, rawValue(mode))) return mode;
+  }
+  return std::nullopt;
+}
+
+std::optional<FileKind> parseKind(std::string text) {
+  for (char& c : text) {
+    if (c == '-' || c == '_') c = ' ';
+  }
+  for (FileKind kind : kAllFileKinds) {
+    if (equalIgnoringASCIICase(text, rawValue(kind))) return kind;
+  }
+  return std::nullopt;
+}
+
+// A size as the search screen reads its field, with the unit written after the number.
+std::optional<int64_t> parseSize(const std::string& text) {
+  struct Unit {
+    const char* name;
+    int64_t bytes;
+  };
+  const Unit units[] = {{"KB", SearchForm::kKB}, {"MB", SearchForm::kMB}, {"GB", SearchForm::kGB}, {"B", 1}};
+  std::string number = text;
+  int64_t unit = SearchForm::kMB;
+  for (const Unit& u : units) {
+    size_t n = std::strlen(u.name);
+    if (number.size() > n &&
+        equalIgnoringASCIICase(std::string_view(number).substr(number.size() - n), u.name)) {
+      number.resize(number.size() - n);
+      if (!number.empty() && number.back() == ' ') number.pop_back();
+      unit = u.bytes;
+      break;
+    }
+  }
+  return parseSizeBound(number, unit);
+}
+
+// A calendar day "YYYY-MM-DD" as noon of that day in local time, which lies inside the day whatever
+// the clocks do.
+std::optional<Date> parseDay(const std::string& text) {
+  int year = 0, month = 0, day = 0;
+  char tail = 0;
+  if (text.size() != 10 || std::sscanf(text.c_str(), "%4d-%2d-%2d%c", &year, &month, &day, &tail) != 3)
+    return std::nullopt;
+  struct tm parts {};
+  parts.tm_year = year - 1900;
+  parts.tm_mon = month - 1;
+  parts.tm_mday = day;
+  parts.tm_hour = 12;
+  parts.tm_isdst = -1;
+  time_t t = mktime(&parts);
+  if (parts.tm_year != year - 1900 || parts.tm_mon != month - 1 || parts.tm_mday != day) return std::nullopt;
+  return Date{static_cast<double>(t)};
+}
+
+// The width of UTF-8 text in a terminal's columns: wide East Asian characters take two, combining marks
+// and format characters none.
+size_t displayWidth(std::string_view text) {
+  size_t width = 0;
+  const auto* s = reinterpret_cast<const uint8_t*>(text.data());
+  int32_t i = 0, length = static_cast<int32_t>(text.size());
+  while (i < length) {
+    UChar32 c;
+    U8_NEXT(s, i, length, c);
+    if (c < 0) {
+      ++width;
+      continue;
+    }
+    int category = u_charType(c);
+    if (category == U_NON_SPACING_MARK || category == U_ENCLOSING_MARK || category == U_FORMAT_CHAR) continue;
+    int eastAsian = u_getIntPropertyValue(c, UCHAR_EAST_ASIAN_WIDTH);
+    width += eastAsian == U_EA_WIDE || eastAsian == U_EA_FULLWIDTH ? 2 : 1;
+  }
+  return width;
+}
+
+// Text fit for one table cell: control characters (a line break in a name) shown as "?", and clipped
+// with an ellipsis to `columns` when longer.
+std::string cell(std::string_view text, size_t columns) {
+  std::string clean;
+  for (char c : text) clean += static_cast<unsigned char>(c) < 0x20 || c == 0x7f ? '?' : c;
+  if (displayWidth(clean) <= columns) return clean + std::string(columns - displayWidth(clean), ' ');
+  std::string out;
+  size_t width = 0;
+  const auto* s = reinterpret_cast<const uint8_t*>(clean.data());
+  int32_t i = 0, length = static_cast<int32_t>(clean.size());
+  while (i < length) {
+    int32_t start = i;
+    UChar32 c;
+    U8_NEXT(s, i, length, c);
+    std::string_view piece(clean.data() + start, static_cast<size_t>(i - start));
+    size_t w = displayWidth(piece);
+    if (width + w > columns - 1) break;
+    out += piece;
+    width += w;
+  }
+  return out + "\u2026" + std::string(columns - 1 - width, ' ');
+}
+
+nlohmann::json hitJSON(const SearchHit& hit) {
+  const FileRecord& f = hit.file;
+  nlohmann::json object = {{"path", f.path},       {"name", f.name},
+                           {"isFolder", f.isDir},  {"size", f.size},
+                           {"kind", f.kindName()}, {"uti", f.uti},
+                           {"tags", f.tags},       {"label", f.label},
+                           {"hidden", f.hidden},   {"catalog", hit.catalogName}};
+  if (f.modified) object["modified"] = Fmt::iso(*f.modified);
+  if (f.created) object["created"] = Fmt::iso(*f.created);
+  if (f.duration > 0) object["duration"] = f.duration;
+  if (f.width >= 1) {
+    object["width"] = f.width;
+    object["height"] = f.height;
+  }
+  if (!f.sha256.empty()) object["sha256"] = f.sha256;
+  if (!f.meta.empty()) object["metadata"] = f.meta;
+  return object;
+}
+
+void printTable(const std::vector<SearchHit>& hits) {
+  size_t nameWidth = 4, catalogWidth = 9;
+  for (const SearchHit& hit : hits) {
+    nameWidth = std::max(nameWidth, displayWidth(hit.file.name));
+    catalogWidth = std::max(catalogWidth, displayWidth(hit.catalogName));
+  }
+  nameWidth = std::min<size_t>(nameWidth, 48);
+  catalogWidth = std::min<size_t>(catalogWidth, 24);
+  std::printf("%s  %10s  %-10s  %-22s  %s  %s\n", cell("NAME", nameWidth).c_str(), "SIZE", "KIND", "MODIFIED",
+              cell("CARTRIDGE", catalogWidth).c_str(), "PATH");
+  for (const SearchHit& hit : hits) {
+    const FileRecord& f = hit.file;
+    std::string path;
+    for (char c : f.path) path += static_cast<unsigned char>(c) < 0x20 || c == 0x7f ? '?' : c;
+    std::printf("%s  %10s  %s  %s  %s  %s\n", cell(f.name, nameWidth).c_str(), Fmt::size(f.size).c_str(),
+                cell(f.kindName(), 10).c_str(), cell(Fmt::date(f.modified), 22).c_str(),
+                cell(hit.catalogName, catalogWidth).c_str(), path.c_str());
+  }
+}
+
+int search(const std::vector<std::string>& argv, const Context& context) {
+  Args args(
+      argv, {"--metadata", "--files-only", "--json"},
+      {"--mode", "--kind", "--min-size", "--max-size", "--from", "--to", "--tag", "--catalog", "--limit"});
+  if (!args.ok()) return usageError(kCommand, args.error());
+  if (args.positionals().size() > 1)
+    return usageError(kCommand, "give the search text as one argument (put quotes around text with blanks)");
+
+  SearchQuery query;
+  if (!args.positionals().empty()) query.text = args.positionals().front();
+  if (auto mode = args.value("--mode")) {
+    std::optional<SearchQuery::Mode> parsed = parseMode(*mode);
+    if (!parsed)
+      return usageError(kCommand, "unknown mode '" + *mode + "' (contains, starts, exact or regex)");
+    query.mode = *parsed;
+  }
+  query.searchMetadata = args.flag("--metadata");
+  for (const std::string& name : args.values("--kind")) {
+    std::optional<FileKind> kind = parseKind(name);
+    if (!kind) return usageError(kCommand, "unknown kind '" + name + "' (see --help for the kinds)");
+    query.kinds.insert(*kind);
+  }
+  for (const char* option : {"--min-size", "--max-size"}) {
+    if (auto text = args.value(option)) {
+      std::optional<int64_t> bytes = parseSize(*text);
+      if (!bytes)
+        return usageError(
+            kCommand, std::string(option) + ": '" + *text + "' is not a size (such as 700KB, 1,5GB or 20)");
+      (std::string_view(option) == "--min-size" ? query.minSize : query.maxSize) = *bytes;
+    }
+  }
+  if (auto text = args.value("--from")) {
+    std::optional<Date> day = parseDay(*text);
+    if (!day) return usageError(kCommand, "--from: '" + *text + "' is not a date of the form YYYY-MM-DD");
+    query.modifiedFrom = startOfLocalDay(*day);
+  }
+  if (auto text = args.value("--to")) {
+    std::optional<Date> day = parseDay(*text);
+    if (!day) return usageError(kCommand, "--to: '" + *text + "' is not a date of the form YYYY-MM-DD");
+    query.modifiedTo = startOfNextLocalDay(*day);
+  }
+  query.tag = args.value("--tag").value_or("");
+  query.includeFolders = !args.flag("--files-only");
+  if (auto text = args.value("--limit")) {
+    char* end = nullptr;
+    long long limit = std::strtoll(text->c_str(), &end, 10);
+    if (text->empty() || *end != '\0' || limit < 1 || limit > INT32_MAX)
+      return usageError(kCommand, "--limit: '" + *text + "' is not a whole number from 1 up");
+    query.limit = static_cast<int>(limit);
+  }
+
+  CatalogDB store(databasePath(context));
+  for (const std::string& name : args.values("--catalog")) {
+    std::string error;
+    std::optional<Catalog> catalog = findCatalog(store, name, error);
+    if (!catalog) return failure(error);
+    query.catalogIDs.insert(catalog->id);
+  }
+
+  auto started = std::chrono::steady_clock::now();
+  std::vector<SearchHit> hits;
+  try {
+    hits = store.search(query);
+  } catch (const DBError& error) {
+    return failure(error.what());
+  }
+  double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
+
+  if (args.flag("--json")) {
+    nlohmann::json results = nlohmann::json::array();
+    for (const SearchHit& hit : hits) results.push_back(hitJSON(hit));
+    nlohmann::json document = {{"app", AppInfo::name}, {"results", std::move(results)}};
+    std::printf("%s\n", document.dump(2).c_str());
+    return kExitOk;
+  }
+  if (hits.empty()) {
+    std::puts("No results.");
+    return kExitOk;
+  }
+  printTable(hits);
+  std::string summary =
+      Fmt::count(static_cast<int64_t>(hits.size())) + (hits.size() == 1 ? " result" : " results");
+  if (static_cast<int64_t>(hits.size()) == query.limit) summary += ", the most shown (see --limit)";
+  std::printf("\n%s in %.3f s\n", summary.c_str(), seconds);
+  return kExitOk;
+}
+
+}  // namespace
+
+void addSearchCommands(CommandTable& table) {
+  table[kCommand] = {"search the names (and metadata) of every cartridge", kHelp, search};
+}
+
+}  // namespace orrelin::cli
