@@ -90,8 +90,9 @@ class CatalogDB {
   // Duplicate sets, ranked by the space they waste (one copy's size × surplus copies), at most `limit`
   // of them. Only files of at least `minSize` bytes in `catalogIDs` (empty: every catalog) count; with
   // `crossCatalogOnly`, only sets that span two catalogs or more. Throws DBError.
-  std::vector<DuplicateGroup> duplicates(DuplicateMode mode, int64_t minSize, const std::set<int64_t>& catalogIDs,
-                                         bool crossCatalogOnly, int limit = 800);
+  std::vector<DuplicateGroup> duplicates(DuplicateMode mode, int64_t minSize,
+                                         const std::set<int64_t>& catalogIDs, bool crossCatalogOnly,
+                                         int limit = 800);
   // A snapshot of the whole library: totals, kinds, years, extensions, largest files, recent scans.
   // Throws DBError and returns no partial result.
   LibraryStats stats();
