@@ -29,6 +29,8 @@ void addCatalogCommands(CommandTable& table);  // info, list, volumes
 void addOrganizeCommands(CommandTable& table);  // plan, undo
 void addRenameCommands(CommandTable& table);   // rename
 void addSearchCommands(CommandTable& table);   // search
+void addSearchCommands(CommandTable& table);    // search
+void addAnalysisCommands(CommandTable& table);  // dupes, stats, report, compare
 
 // The database file the command works on: --db, else the one in the data folder.
 std::string databasePath(const Context& context);

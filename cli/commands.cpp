@@ -21,6 +21,7 @@ const CommandTable& commands() {
     addOrganizeCommands(t);
     addRenameCommands(t);
     addSearchCommands(t);
+    addAnalysisCommands(t);
     return t;
   }();
   return table;

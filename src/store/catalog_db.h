@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,10 @@
 namespace orrelin {
 
 struct VolumeInfo;
+struct DuplicateGroup;
+enum class DuplicateMode;
+struct LibraryStats;
+struct CompareResult;
 
 class CatalogDB {
  public:
@@ -81,6 +86,27 @@ class CatalogDB {
 
   // Most levels a size rolls up through, and most folders ancestors() returns.
   static constexpr int kMaxDepth = 512;
+
+  // Duplicate sets, ranked by the space they waste (one copy's size × surplus copies), at most `limit`
+  // of them. Only files of at least `minSize` bytes in `catalogIDs` (empty: every catalog) count; with
+  // `crossCatalogOnly`, only sets that span two catalogs or more. Throws DBError.
+  std::vector<DuplicateGroup> duplicates(DuplicateMode mode, int64_t minSize,
+                                         const std::set<int64_t>& catalogIDs, bool crossCatalogOnly,
+                                         int limit = 800);
+  // A snapshot of the whole library: totals, kinds, years, extensions, largest files, recent scans.
+  // Throws DBError and returns no partial result.
+  LibraryStats stats();
+  // Folders stored with no entries, by catalog name and path, at most 5000. Throws DBError.
+  std::vector<SearchHit> emptyFolders(const std::set<int64_t>& catalogIDs);
+  // Files of at least `minSize` bytes modified strictly before `olderThan` (when given; a file without a
+  // date then fails), largest first, at most 5000. Throws DBError.
+  std::vector<SearchHit> largeOldFiles(int64_t minSize, OptionalDate olderThan,
+                                       const std::set<int64_t>& catalogIDs);
+  // The records of `catalog`, folders included and in path order, that no longer exist under its root on
+  // disk. The caller makes sure the drive is connected. Throws DBError.
+  std::vector<FileRecord> missingFiles(const Catalog& catalog);
+  // Catalog `a` against catalog `b`, file by file by path. Throws DBError.
+  CompareResult compare(int64_t a, int64_t b);
 
  private:
   void migrate();

@@ -57,8 +57,9 @@ TEST_F(CatalogDBTest, ANewFileHoldsExactlyTheSchema) {
   SQLiteDB& db = store.db();
   EXPECT_EQ(schemaNames(db, "table"),
             (std::set<std::string>{"meta", "groups", "catalogs", "files", "scan_log", "files_fts"}));
-  EXPECT_EQ(schemaNames(db, "index"), (std::set<std::string>{"files_cat_path", "files_parent", "files_size",
-                                                             "files_kind", "files_name_size", "files_sha"}));
+  EXPECT_EQ(schemaNames(db, "index"),
+            (std::set<std::string>{"files_cat_path", "files_parent", "files_size", "files_kind",
+                                   "files_name_size", "files_sha", "files_stats"}));
   EXPECT_EQ(schemaNames(db, "trigger"), (std::set<std::string>{"files_ai", "files_ad", "files_au"}));
   auto meta = db.query("SELECT key, value FROM meta ORDER BY key", {},
                        [](const Statement& r) { return r.text(0) + "=" + r.text(1); });
