@@ -59,6 +59,13 @@ inline bool ffmpeg(const std::string& arguments) {
   return run("ffmpeg -nostdin -hide_banner -loglevel error -y " + arguments);
 }
 
+// Copies the video `from` to `to` with its display matrix set to turn the picture by `degrees`, as
+// ffmpeg's "rotate" tag means it (only a stream copy keeps the tag as a matrix).
+inline bool remuxRotated(const std::string& from, const std::string& to, int degrees) {
+  return ffmpeg("-i " + shellQuote(from) + " -map 0 -c copy -metadata:s:v rotate=" + std::to_string(degrees) + " " +
+                shellQuote(to));
+}
+
 // Sets tags with exiftool in place ("-Make=Canon" ...); true on success.
 inline bool exiftool(const std::string& path, const std::string& arguments) {
   return run("exiftool -q -q -overwrite_original " + arguments + " " + shellQuote(path));
