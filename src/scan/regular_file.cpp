@@ -7,7 +7,7 @@
 
 namespace orrelin {
 
-RegularFile::RegularFile(const std::filesystem::path& path) {
+RegularFile::RegularFile(const std::filesystem::path& path) : m_path(path) {
   int fd = ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) return;
   struct stat st {};
@@ -24,6 +24,12 @@ RegularFile::RegularFile(const std::filesystem::path& path) {
 
 RegularFile::~RegularFile() {
   if (m_fd >= 0) ::close(m_fd);
+}
+
+std::string RegularFile::reopenPath() const {
+  std::string proc = "/proc/self/fd/" + std::to_string(m_fd);
+  if (::access(proc.c_str(), F_OK) == 0) return proc;
+  return m_path.string();
 }
 
 bool isReadableRegularFile(const std::filesystem::path& path) { return RegularFile(path).ok(); }

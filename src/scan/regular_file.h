@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 namespace orrelin {
 
@@ -20,8 +21,13 @@ class RegularFile {
   int fd() const { return m_fd; }
   // The size from fstat, valid when ok().
   long long size() const { return m_size; }
+  // A path that opens this very file again ("/proc/self/fd/N"), for libraries that take only a file name:
+  // they then read the file that was checked, even if the name is swapped for a link meanwhile. Falls
+  // back to the original path where /proc is not mounted.
+  std::string reopenPath() const;
 
  private:
+  std::filesystem::path m_path;
   int m_fd = -1;
   long long m_size = 0;
 };
