@@ -13,7 +13,8 @@ namespace orrelin::thumbs {
 
 namespace {
 
-// Takes ownership of the result of a libvips call that produced `out`, or nothing when it failed.
+// Takes ownership of `out`, made by a libvips call that answered `status`, or nothing when it failed.
+// (Call first, then take: as two arguments of one call they would be read in no fixed order.)
 Image take(int status, VipsImage* out) {
   if (status != 0) {
     if (out) g_object_unref(out);
@@ -42,9 +43,9 @@ std::optional<std::string> encodeJpeg(VipsImage* source) {
 
   if (std::max(vips_image_get_width(image.get()), vips_image_get_height(image.get())) > kMaxPixel) {
     VipsImage* out = nullptr;
-    image = take(vips_thumbnail_image(image.get(), &out, kMaxPixel, "height", kMaxPixel, "size", VIPS_SIZE_DOWN,
-                                      nullptr),
-                 out);
+    int status =
+        vips_thumbnail_image(image.get(), &out, kMaxPixel, "height", kMaxPixel, "size", VIPS_SIZE_DOWN, nullptr);
+    image = take(status, out);
     if (!image) return std::nullopt;
   }
   if (vips_image_hasalpha(image.get())) {
@@ -59,9 +60,9 @@ std::optional<std::string> encodeJpeg(VipsImage* source) {
   if (interpretation != VIPS_INTERPRETATION_sRGB && interpretation != VIPS_INTERPRETATION_B_W) {
     bool grey = interpretation == VIPS_INTERPRETATION_GREY16 || vips_image_get_bands(image.get()) == 1;
     VipsImage* out = nullptr;
-    image = take(vips_colourspace(image.get(), &out, grey ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB,
-                                  nullptr),
-                 out);
+    int status =
+        vips_colourspace(image.get(), &out, grey ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB, nullptr);
+    image = take(status, out);
     if (!image) return std::nullopt;
   }
 
@@ -79,9 +80,8 @@ std::optional<std::string> encodeJpeg(VipsImage* source) {
 std::optional<std::string> fromImage(const std::string& name) {
   VipsImage* out = nullptr;
   // Fitting into a 320 box scales the longer side to 320; SIZE_DOWN leaves smaller images as they are.
-  Image image = take(vips_thumbnail(name.c_str(), &out, kMaxPixel, "height", kMaxPixel, "size", VIPS_SIZE_DOWN,
-                                    nullptr),
-                     out);
+  int status = vips_thumbnail(name.c_str(), &out, kMaxPixel, "height", kMaxPixel, "size", VIPS_SIZE_DOWN, nullptr);
+  Image image = take(status, out);
   if (!image) return std::nullopt;
   return encodeJpeg(image.get());
 }
