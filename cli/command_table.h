@@ -26,6 +26,7 @@ struct Command {
 using CommandTable = std::map<std::string, Command>;
 
 void addCatalogCommands(CommandTable& table);  // info, list, volumes
+void addScanCommands(CommandTable& table);     // scan, rescan
 
 // The database file the command works on: --db, else the one in the data folder.
 std::string databasePath(const Context& context);

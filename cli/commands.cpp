@@ -18,6 +18,7 @@ const CommandTable& commands() {
   static const CommandTable table = [] {
     CommandTable t;
     addCatalogCommands(t);
+    addScanCommands(t);
     return t;
   }();
   return table;

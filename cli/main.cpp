@@ -16,6 +16,8 @@ constexpr const char* kUsage =
     "  info       where the data lives, the database's schema and what it holds\n"
     "  list       the catalogs (cartridges) in the database\n"
     "  volumes    the mounted volumes that can be cataloged\n"
+    "  scan       catalog a folder or drive as a new cartridge\n"
+    "  rescan     bring a cartridge up to date with its folder or drive\n"
     "\n"
     "Options:\n"
     "  --db PATH  use the catalog database at PATH instead of the one in the data folder\n"
