@@ -118,8 +118,13 @@ void BM_Thumb_vipsthumbnail(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(files.size()));
 }
 
-#define MEDIA_BENCHMARK(name) \
-  BENCHMARK(name)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(7)->ReportAggregatesOnly()->UseRealTime()
+#define MEDIA_BENCHMARK(name)         \
+  BENCHMARK(name)                     \
+      ->Unit(benchmark::kMillisecond) \
+      ->Iterations(1)                 \
+      ->Repetitions(7)                \
+      ->ReportAggregatesOnly()        \
+      ->UseRealTime()
 
 MEDIA_BENCHMARK(BM_Sha256_Hasher256);
 MEDIA_BENCHMARK(BM_Sha256_sha256sum);

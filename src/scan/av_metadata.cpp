@@ -39,14 +39,22 @@ bool isLinearPcm(AVCodecID id) {
 // display name of their own; nothing for the others.
 std::optional<uint32_t> quickTimeCode(const AVCodecParameters& par) {
   switch (par.codec_id) {
-    case AV_CODEC_ID_H264: return code("avc1");
-    case AV_CODEC_ID_HEVC: return code("hvc1");
-    case AV_CODEC_ID_MPEG4: return code("mp4v");
-    case AV_CODEC_ID_MJPEG: return code("jpeg");
-    case AV_CODEC_ID_AAC: return code("aac ");
-    case AV_CODEC_ID_MP3: return code(".mp3");
-    case AV_CODEC_ID_ALAC: return code("alac");
-    case AV_CODEC_ID_FLAC: return code("flac");
+    case AV_CODEC_ID_H264:
+      return code("avc1");
+    case AV_CODEC_ID_HEVC:
+      return code("hvc1");
+    case AV_CODEC_ID_MPEG4:
+      return code("mp4v");
+    case AV_CODEC_ID_MJPEG:
+      return code("jpeg");
+    case AV_CODEC_ID_AAC:
+      return code("aac ");
+    case AV_CODEC_ID_MP3:
+      return code(".mp3");
+    case AV_CODEC_ID_ALAC:
+      return code("alac");
+    case AV_CODEC_ID_FLAC:
+      return code("flac");
     case AV_CODEC_ID_PRORES: {
       static constexpr std::array<uint32_t, 6> kProfiles = {code("apco"), code("apcs"), code("apcn"),
                                                             code("apch"), code("ap4h"), code("ap4x")};
@@ -65,7 +73,8 @@ std::optional<uint32_t> quickTimeCode(const AVCodecParameters& par) {
 // FFmpeg's codec id, and by the codec's own name when it has no display name.
 std::string codecName(const AVCodecParameters& par, bool isQuickTime) {
   bool tagged = isQuickTime && par.codec_tag != 0;
-  if (tagged && par.codec_type == AVMEDIA_TYPE_VIDEO) return MetadataExtractor::fourCC(__builtin_bswap32(par.codec_tag));
+  if (tagged && par.codec_type == AVMEDIA_TYPE_VIDEO)
+    return MetadataExtractor::fourCC(__builtin_bswap32(par.codec_tag));
   if (auto known = quickTimeCode(par)) return MetadataExtractor::fourCC(*known);
   if (tagged) return MetadataExtractor::fourCC(__builtin_bswap32(par.codec_tag));
   const AVCodecDescriptor* descriptor = avcodec_descriptor_get(par.codec_id);
@@ -83,7 +92,7 @@ void readVideo(const AVStream& stream, bool isQuickTime, MetadataExtractor::Outp
   if (w > 0) out.meta["Resolution"] = std::to_string(w) + " \u00d7 " + std::to_string(h);
   if (par.codec_id != AV_CODEC_ID_NONE) out.meta["Video Codec"] = codecName(par, isQuickTime);
   AVRational rate = stream.avg_frame_rate.num > 0 && stream.avg_frame_rate.den > 0 ? stream.avg_frame_rate
-                                                                                    : stream.r_frame_rate;
+                                                                                   : stream.r_frame_rate;
   double fps = rate.den > 0 ? av_q2d(rate) : 0;
   if (fps > 0) {
     char buffer[64];
@@ -144,7 +153,8 @@ void readTags(const AVFormatContext& context, MetadataExtractor::Output& out) {
   for (const TagLabel& tag : kTagLabels) {
     std::optional<std::string> value = tagValue(context.metadata, tag);
     // Ogg and a few others keep their tags on the stream rather than the container.
-    for (unsigned i = 0; !value && i < context.nb_streams; ++i) value = tagValue(context.streams[i]->metadata, tag);
+    for (unsigned i = 0; !value && i < context.nb_streams; ++i)
+      value = tagValue(context.streams[i]->metadata, tag);
     if (value) out.meta[tag.label] = *value;
   }
 }
@@ -159,7 +169,8 @@ MetadataExtractor::Output MetadataExtractor::av(const std::filesystem::path& pat
   if (!input) return {};
 
   Output out;
-  double seconds = input->duration != AV_NOPTS_VALUE ? input->duration / static_cast<double>(AV_TIME_BASE) : 0;
+  double seconds =
+      input->duration != AV_NOPTS_VALUE ? input->duration / static_cast<double>(AV_TIME_BASE) : 0;
   if (std::isfinite(seconds) && seconds > 0) {
     out.duration = seconds;
     out.meta["Duration"] = Fmt::duration(seconds);

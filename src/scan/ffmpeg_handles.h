@@ -38,7 +38,8 @@ struct Deadline {
   const std::atomic<bool>* cancelled = nullptr;
 
   bool passed() const {
-    return (cancelled && cancelled->load(std::memory_order_relaxed)) || std::chrono::steady_clock::now() >= at;
+    return (cancelled && cancelled->load(std::memory_order_relaxed)) ||
+           std::chrono::steady_clock::now() >= at;
   }
 };
 

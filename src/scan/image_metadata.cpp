@@ -89,7 +89,8 @@ void readExif(const Exiv2::ExifData& exif, std::map<std::string, std::string>& m
       meta["Shutter"] = format("%.1f s", *t);
     }
   }
-  if (auto it = exif.findKey(Exiv2::ExifKey("Exif.Photo.ISOSpeedRatings")); it != exif.end() && it->count() > 0) {
+  if (auto it = exif.findKey(Exiv2::ExifKey("Exif.Photo.ISOSpeedRatings"));
+      it != exif.end() && it->count() > 0) {
     meta["ISO"] = std::to_string(it->toLong(0));
   }
 
@@ -101,7 +102,8 @@ void readExif(const Exiv2::ExifData& exif, std::map<std::string, std::string>& m
     char buffer[96];
     std::snprintf(buffer, sizeof buffer, "%.5f, %.5f", *latitude, *longitude);
     meta["GPS"] = buffer;
-    if (auto altitude = rational(exif, "Exif.GPSInfo.GPSAltitude")) meta["Altitude"] = format("%.0f m", *altitude);
+    if (auto altitude = rational(exif, "Exif.GPSInfo.GPSAltitude"))
+      meta["Altitude"] = format("%.0f m", *altitude);
   }
 }
 
@@ -180,7 +182,8 @@ MetadataExtractor::Output MetadataExtractor::image(const std::filesystem::path& 
     out.width = header->width;
     out.height = header->height;
   }
-  if (out.width >= 1) out.meta["Dimensions"] = std::to_string(out.width) + " \u00d7 " + std::to_string(out.height);
+  if (out.width >= 1)
+    out.meta["Dimensions"] = std::to_string(out.width) + " \u00d7 " + std::to_string(out.height);
   if (header && header->colorModel) out.meta["Color Model"] = *header->colorModel;
   return out;
 }

@@ -3,9 +3,9 @@
 
 #include <vips/vips.h>
 
+#include <poppler-global.h>
 #include <exiv2/exiv2.hpp>
 #include <mutex>
-#include <poppler-global.h>
 
 extern "C" {
 #include <libavutil/log.h>
@@ -33,8 +33,9 @@ void init() {
     // The operation cache keys loads by file name; thumbnails are made once per file and read through
     // /proc/self/fd names that are reused, so a cache would only hand back stale images.
     vips_cache_set_max(0);
-    g_log_set_handler("VIPS", static_cast<GLogLevelFlags>(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE |
-                                                          G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG),
+    g_log_set_handler("VIPS",
+                      static_cast<GLogLevelFlags>(G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE |
+                                                  G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG),
                       ignoreGLog, nullptr);
   });
 }

@@ -2,10 +2,10 @@
 // poppler). Images and audio/video have files of their own.
 #include "scan/metadata_extractor.h"
 
-#include <array>
-#include <memory>
 #include <poppler-document.h>
 #include <poppler-page.h>
+#include <array>
+#include <memory>
 #include <string_view>
 #include <utility>
 

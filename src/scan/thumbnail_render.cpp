@@ -1,12 +1,12 @@
 // Image and PDF thumbnails, and the JPEG encoding shared by every kind.
 #include "scan/thumbnail_render.h"
 
-#include <algorithm>
-#include <cmath>
 #include <poppler-document.h>
 #include <poppler-image.h>
 #include <poppler-page-renderer.h>
 #include <poppler-page.h>
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace orrelin::thumbs {
@@ -43,8 +43,8 @@ std::optional<std::string> encodeJpeg(VipsImage* source) {
 
   if (std::max(vips_image_get_width(image.get()), vips_image_get_height(image.get())) > kMaxPixel) {
     VipsImage* out = nullptr;
-    int status =
-        vips_thumbnail_image(image.get(), &out, kMaxPixel, "height", kMaxPixel, "size", VIPS_SIZE_DOWN, nullptr);
+    int status = vips_thumbnail_image(image.get(), &out, kMaxPixel, "height", kMaxPixel, "size",
+                                      VIPS_SIZE_DOWN, nullptr);
     image = take(status, out);
     if (!image) return std::nullopt;
   }
@@ -60,8 +60,8 @@ std::optional<std::string> encodeJpeg(VipsImage* source) {
   if (interpretation != VIPS_INTERPRETATION_sRGB && interpretation != VIPS_INTERPRETATION_B_W) {
     bool grey = interpretation == VIPS_INTERPRETATION_GREY16 || vips_image_get_bands(image.get()) == 1;
     VipsImage* out = nullptr;
-    int status =
-        vips_colourspace(image.get(), &out, grey ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB, nullptr);
+    int status = vips_colourspace(image.get(), &out,
+                                  grey ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB, nullptr);
     image = take(status, out);
     if (!image) return std::nullopt;
   }
@@ -80,7 +80,8 @@ std::optional<std::string> encodeJpeg(VipsImage* source) {
 std::optional<std::string> fromImage(const std::string& name) {
   VipsImage* out = nullptr;
   // Fitting into a 320 box scales the longer side to 320; SIZE_DOWN leaves smaller images as they are.
-  int status = vips_thumbnail(name.c_str(), &out, kMaxPixel, "height", kMaxPixel, "size", VIPS_SIZE_DOWN, nullptr);
+  int status =
+      vips_thumbnail(name.c_str(), &out, kMaxPixel, "height", kMaxPixel, "size", VIPS_SIZE_DOWN, nullptr);
   Image image = take(status, out);
   if (!image) return std::nullopt;
   return encodeJpeg(image.get());

@@ -69,14 +69,16 @@ Image applyDisplayMatrix(Image image, const AVStream& stream) {
     return apply([angle](VipsImage* in, VipsImage** out) { return vips_rot(in, out, angle, nullptr); });
   };
   auto flip = [&](VipsDirection direction) {
-    return apply([direction](VipsImage* in, VipsImage** out) { return vips_flip(in, out, direction, nullptr); });
+    return apply(
+        [direction](VipsImage* in, VipsImage** out) { return vips_flip(in, out, direction, nullptr); });
   };
 
   bool ok = true;
   if (std::abs(theta - 90) < 1.0) {
     ok = rotate(VIPS_ANGLE_D90) && (matrix[3] <= 0 || flip(VIPS_DIRECTION_HORIZONTAL));
   } else if (std::abs(theta - 180) < 1.0) {
-    ok = (matrix[0] >= 0 || flip(VIPS_DIRECTION_HORIZONTAL)) && (matrix[4] >= 0 || flip(VIPS_DIRECTION_VERTICAL));
+    ok = (matrix[0] >= 0 || flip(VIPS_DIRECTION_HORIZONTAL)) &&
+         (matrix[4] >= 0 || flip(VIPS_DIRECTION_VERTICAL));
   } else if (std::abs(theta - 270) < 1.0) {
     ok = rotate(VIPS_ANGLE_D270) && (matrix[3] >= 0 || flip(VIPS_DIRECTION_HORIZONTAL));
   }
@@ -93,14 +95,15 @@ Image scaledRgb(const AVFrame& frame) {
   int width = std::clamp(static_cast<int>(std::lround(displayWidth * scale)), 1, kMaxPixel);
   int height = std::clamp(static_cast<int>(std::lround(frame.height * scale)), 1, kMaxPixel);
 
-  std::unique_ptr<SwsContext, SwsFree> sws(sws_getContext(frame.width, frame.height,
-                                                          static_cast<AVPixelFormat>(frame.format), width, height,
-                                                          AV_PIX_FMT_RGB24, SWS_AREA, nullptr, nullptr, nullptr));
+  std::unique_ptr<SwsContext, SwsFree> sws(
+      sws_getContext(frame.width, frame.height, static_cast<AVPixelFormat>(frame.format), width, height,
+                     AV_PIX_FMT_RGB24, SWS_AREA, nullptr, nullptr, nullptr));
   if (!sws) return nullptr;
   std::vector<unsigned char> pixels(static_cast<size_t>(width) * height * 3);
   uint8_t* planes[4] = {pixels.data(), nullptr, nullptr, nullptr};
   int strides[4] = {width * 3, 0, 0, 0};
-  if (sws_scale(sws.get(), frame.data, frame.linesize, 0, frame.height, planes, strides) != height) return nullptr;
+  if (sws_scale(sws.get(), frame.data, frame.linesize, 0, frame.height, planes, strides) != height)
+    return nullptr;
   return fromRgb(pixels.data(), width, height);
 }
 

@@ -49,8 +49,8 @@ inline std::string output(const std::string& command) {
 inline bool haveTool(const std::string& name) { return run("command -v " + shellQuote(name)); }
 
 // Skips the current test when one of the tools is not installed.
-#define REQUIRE_TOOLS(...)                                                        \
-  for (const char* tool : {__VA_ARGS__}) {                                        \
+#define REQUIRE_TOOLS(...)                                                                \
+  for (const char* tool : {__VA_ARGS__}) {                                                \
     if (!::orrelin::testing::haveTool(tool)) GTEST_SKIP() << tool << " is not installed"; \
   }
 
@@ -62,8 +62,8 @@ inline bool ffmpeg(const std::string& arguments) {
 // Copies the video `from` to `to` with its display matrix set to turn the picture by `degrees`, as
 // ffmpeg's "rotate" tag means it (only a stream copy keeps the tag as a matrix).
 inline bool remuxRotated(const std::string& from, const std::string& to, int degrees) {
-  return ffmpeg("-i " + shellQuote(from) + " -map 0 -c copy -metadata:s:v rotate=" + std::to_string(degrees) + " " +
-                shellQuote(to));
+  return ffmpeg("-i " + shellQuote(from) + " -map 0 -c copy -metadata:s:v rotate=" + std::to_string(degrees) +
+                " " + shellQuote(to));
 }
 
 // Sets tags with exiftool in place ("-Make=Canon" ...); true on success.
@@ -114,7 +114,8 @@ inline std::string makePdf(const std::vector<std::pair<double, double>>& pages, 
                     pages[i].second / 2);
       content = paint;
     }
-    objects.push_back("<< /Length " + std::to_string(content.size()) + " >>\nstream\n" + content + "\nendstream");
+    objects.push_back("<< /Length " + std::to_string(content.size()) + " >>\nstream\n" + content +
+                      "\nendstream");
   }
 
   std::string pdf = "%PDF-1.4\n";
@@ -130,8 +131,8 @@ inline std::string makePdf(const std::vector<std::pair<double, double>>& pages, 
     std::snprintf(entry, sizeof entry, "%010zu 00000 n \n", offset);
     pdf += entry;
   }
-  pdf += "trailer\n<< /Size " + std::to_string(objects.size() + 1) + " /Root 1 0 R /Info 3 0 R >>\nstartxref\n" +
-         std::to_string(xref) + "\n%%EOF\n";
+  pdf += "trailer\n<< /Size " + std::to_string(objects.size() + 1) +
+         " /Root 1 0 R /Info 3 0 R >>\nstartxref\n" + std::to_string(xref) + "\n%%EOF\n";
   return pdf;
 }
 

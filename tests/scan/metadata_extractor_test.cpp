@@ -24,8 +24,8 @@ using Meta = std::map<std::string, std::string>;
 class MetadataExtractorTest : public ::testing::Test {
  protected:
   // A plain image made by ImageMagick: `spec` is its canvas ("xc:red", "gradient:"), `size` "WxH".
-  std::string makeImage(const std::string& name, const std::string& size, const std::string& spec = "xc:gray50",
-                        const std::string& extra = "") {
+  std::string makeImage(const std::string& name, const std::string& size,
+                        const std::string& spec = "xc:gray50", const std::string& extra = "") {
     std::string path = dir.file(name);
     EXPECT_TRUE(testing::run("convert -size " + size + " " + spec + " " + extra + " " + shellQuote(path)));
     return path;
@@ -70,8 +70,9 @@ TEST_F(MetadataExtractorTest, CameraTextJoinsMakeAndModelUnlessTheModelCarriesTh
   const Case cases[] = {
       {"Canon", "Canon EOS R5", "Canon EOS R5"},
       {"  Apple ", "iPhone 15 Pro ", "Apple iPhone 15 Pro"},
-      {"NIKON CORPORATION", "NIKON D850", "NIKON CORPORATION NIKON D850"},  // The make's suffix breaks the match.
-      {"FUJIFILM", "fujifilm X-T5", "fujifilm X-T5"},                      // Compared without case.
+      {"NIKON CORPORATION", "NIKON D850",
+       "NIKON CORPORATION NIKON D850"},                // The make's suffix breaks the match.
+      {"FUJIFILM", "fujifilm X-T5", "fujifilm X-T5"},  // Compared without case.
       {"", "DMC-GH5", "DMC-GH5"},
       {"SONY", "", "SONY"},
       {"", "", std::nullopt},
@@ -134,12 +135,14 @@ TEST_F(MetadataExtractorTest, ExposureAndPositionEdges) {
 
 TEST_F(MetadataExtractorTest, ImagesWithoutExifStillGiveSizeAndColourModel) {
   REQUIRE_TOOLS("convert");
-  MetadataExtractor::Output grey = MetadataExtractor::image(makeImage("grey.png", "300x200", "gradient:", "-colorspace Gray"));
+  MetadataExtractor::Output grey =
+      MetadataExtractor::image(makeImage("grey.png", "300x200", "gradient:", "-colorspace Gray"));
   EXPECT_EQ(grey.meta, (Meta{{"Dimensions", "300 \u00d7 200"}, {"Color Model", "Gray"}}));
   EXPECT_EQ(grey.width, 300);
   EXPECT_EQ(grey.height, 200);
 
-  MetadataExtractor::Output cmyk = MetadataExtractor::image(makeImage("print.jpg", "40x30", "xc:cyan", "-colorspace CMYK"));
+  MetadataExtractor::Output cmyk =
+      MetadataExtractor::image(makeImage("print.jpg", "40x30", "xc:cyan", "-colorspace CMYK"));
   EXPECT_EQ(cmyk.meta["Color Model"], "CMYK");
   EXPECT_EQ(cmyk.meta["Dimensions"], "40 \u00d7 30");
 
@@ -191,11 +194,13 @@ TEST_F(MetadataExtractorTest, LinksAreNotFollowedAndOtherKindsAreNotRead) {
 TEST_F(MetadataExtractorTest, MovieWithTagsAndRotation) {
   REQUIRE_TOOLS("ffmpeg");
   std::string encoded = dir.file("encoded.mp4"), path = dir.file("clip.mp4");
-  ASSERT_TRUE(ffmpeg("-f lavfi -i testsrc=size=320x240:rate=25 -f lavfi -i sine=frequency=440:sample_rate=44100 "
-                     "-t 3 -c:v libx264 -pix_fmt yuv420p -b:v 300k -c:a aac -ac 1 -b:a 96k "
-                     "-metadata title='Harbour at Dawn' -metadata artist='Ana Souza' -metadata album='Lisbon' "
-                     "-metadata genre=Documentary -metadata copyright='2024 Ana Souza' -metadata composer='Rui Lopes' "
-                     "-metadata comment=ignored " + shellQuote(encoded)));
+  ASSERT_TRUE(ffmpeg(
+      "-f lavfi -i testsrc=size=320x240:rate=25 -f lavfi -i sine=frequency=440:sample_rate=44100 "
+      "-t 3 -c:v libx264 -pix_fmt yuv420p -b:v 300k -c:a aac -ac 1 -b:a 96k "
+      "-metadata title='Harbour at Dawn' -metadata artist='Ana Souza' -metadata album='Lisbon' "
+      "-metadata genre=Documentary -metadata copyright='2024 Ana Souza' -metadata composer='Rui Lopes' "
+      "-metadata comment=ignored " +
+      shellQuote(encoded)));
   ASSERT_TRUE(testing::remuxRotated(encoded, path, 90));
 
   MetadataExtractor::Output out = MetadataExtractor::extract(path, FileKind::video);
@@ -216,7 +221,8 @@ TEST_F(MetadataExtractorTest, MovieWithTagsAndRotation) {
   EXPECT_EQ(out.meta["Genre"], "Documentary");
   EXPECT_EQ(out.meta["Copyright"], "2024 Ana Souza");
   EXPECT_EQ(out.meta["Creator"], "Rui Lopes");
-  EXPECT_TRUE(std::regex_match(out.meta["Video Bitrate"], std::regex("[1-9][0-9]* kbps"))) << out.meta["Video Bitrate"];
+  EXPECT_TRUE(std::regex_match(out.meta["Video Bitrate"], std::regex("[1-9][0-9]* kbps")))
+      << out.meta["Video Bitrate"];
   EXPECT_TRUE(std::regex_match(out.meta["Bitrate"], std::regex("[1-9][0-9]* kbps"))) << out.meta["Bitrate"];
   EXPECT_EQ(out.meta.size(), 15u);  // Nothing else, the comment included.
 
@@ -228,10 +234,12 @@ TEST_F(MetadataExtractorTest, LaterTracksWinAndCodecsHaveDisplayNames) {
   REQUIRE_TOOLS("ffmpeg");
   // Two video tracks of different sizes and two audio tracks: the later ones stand.
   std::string two = dir.file("two.mov");
-  ASSERT_TRUE(ffmpeg("-f lavfi -i testsrc=size=160x120:rate=30 -f lavfi -i testsrc=size=64x48:rate=12 "
-                     "-f lavfi -i sine=sample_rate=22050 -f lavfi -i sine=sample_rate=48000 -t 1 "
-                     "-map 0 -map 1 -map 2 -map 3 -c:v:0 mpeg4 -c:v:1 mjpeg -c:a:0 aac -ac:a:0 1 "
-                     "-c:a:1 pcm_s16le -ac:a:1 2 " + shellQuote(two)));
+  ASSERT_TRUE(
+      ffmpeg("-f lavfi -i testsrc=size=160x120:rate=30 -f lavfi -i testsrc=size=64x48:rate=12 "
+             "-f lavfi -i sine=sample_rate=22050 -f lavfi -i sine=sample_rate=48000 -t 1 "
+             "-map 0 -map 1 -map 2 -map 3 -c:v:0 mpeg4 -c:v:1 mjpeg -c:a:0 aac -ac:a:0 1 "
+             "-c:a:1 pcm_s16le -ac:a:1 2 " +
+             shellQuote(two)));
   MetadataExtractor::Output out = MetadataExtractor::av(two, true);
   EXPECT_EQ(out.width, 64);
   EXPECT_EQ(out.height, 48);
@@ -247,7 +255,8 @@ TEST_F(MetadataExtractorTest, LaterTracksWinAndCodecsHaveDisplayNames) {
     std::string file, arguments, key, name;
   };
   const Case cases[] = {
-      {"hevc.mp4", "-f lavfi -i testsrc=size=64x64 -t 0.5 -c:v libx265 -tag:v hvc1", "Video Codec", "HEVC (H.265)"},
+      {"hevc.mp4", "-f lavfi -i testsrc=size=64x64 -t 0.5 -c:v libx265 -tag:v hvc1", "Video Codec",
+       "HEVC (H.265)"},
       {"prores.mov", "-f lavfi -i testsrc=size=64x64 -t 0.2 -c:v prores_ks -profile:v 3", "Video Codec",
        "Apple ProRes (apch)"},
       {"prores.mkv", "-f lavfi -i testsrc=size=64x64 -t 0.2 -c:v prores_ks -profile:v 0", "Video Codec",
@@ -271,8 +280,10 @@ TEST_F(MetadataExtractorTest, LaterTracksWinAndCodecsHaveDisplayNames) {
 TEST_F(MetadataExtractorTest, AudioBitrateFromTheStreamOrEstimatedFromTheFile) {
   REQUIRE_TOOLS("ffmpeg");
   std::string mp3 = dir.file("tone.mp3");
-  ASSERT_TRUE(ffmpeg("-f lavfi -i sine=sample_rate=44100 -t 4 -c:a libmp3lame -b:a 128k -ac 2 "
-                     "-metadata title=Tone -metadata artist=Oscillator -metadata album=Tests " + shellQuote(mp3)));
+  ASSERT_TRUE(
+      ffmpeg("-f lavfi -i sine=sample_rate=44100 -t 4 -c:a libmp3lame -b:a 128k -ac 2 "
+             "-metadata title=Tone -metadata artist=Oscillator -metadata album=Tests " +
+             shellQuote(mp3)));
   MetadataExtractor::Output out = MetadataExtractor::extract(mp3, FileKind::audio);
   EXPECT_EQ(out.meta["Bitrate"], "128 kbps");
   EXPECT_EQ(out.meta["Channels"], "Stereo");
@@ -285,8 +296,9 @@ TEST_F(MetadataExtractorTest, AudioBitrateFromTheStreamOrEstimatedFromTheFile) {
   // FLAC carries no bit rate of its own: it comes from the file's size over its duration. Vorbis
   // comments are read as well, whatever their case.
   std::string flac = dir.file("tone.flac");
-  ASSERT_TRUE(ffmpeg("-f lavfi -i anoisesrc=d=5:a=0.3 -c:a flac -metadata TITLE=Noise -metadata GENRE=Ambient " +
-                     shellQuote(flac)));
+  ASSERT_TRUE(
+      ffmpeg("-f lavfi -i anoisesrc=d=5:a=0.3 -c:a flac -metadata TITLE=Noise -metadata GENRE=Ambient " +
+             shellQuote(flac)));
   out = MetadataExtractor::extract(flac, FileKind::audio);
   ASSERT_GT(out.duration, 4.9);
   int64_t expected = static_cast<int64_t>(std::filesystem::file_size(flac) * 8.0 / out.duration / 1000.0);
@@ -304,12 +316,24 @@ TEST_F(MetadataExtractorTest, AudioBitrateFromTheStreamOrEstimatedFromTheFile) {
 
 TEST_F(MetadataExtractorTest, FourCharacterCodes) {
   const std::pair<const char*, const char*> table[] = {
-      {"avc1", "H.264"},      {"hvc1", "HEVC (H.265)"}, {"hev1", "HEVC (H.265)"},
-      {"ap4h", "Apple ProRes (ap4h)"}, {"apcs", "Apple ProRes (apcs)"}, {"ap4x", "Apple ProRes (ap4x)"},
-      {"mp4v", "MPEG-4"},     {"jpeg", "Motion JPEG"},  {"aac ", "AAC"},
-      {".mp3", "MP3"},        {"lpcm", "Linear PCM"},   {"alac", "Apple Lossless"},
-      {"flac", "FLAC"},       {"vp09", "vp09"},         {"AVC1", "AVC1"},
-      {"aac\t", "aac"},       {" ab ", "ab"},           {"    ", ""},
+      {"avc1", "H.264"},
+      {"hvc1", "HEVC (H.265)"},
+      {"hev1", "HEVC (H.265)"},
+      {"ap4h", "Apple ProRes (ap4h)"},
+      {"apcs", "Apple ProRes (apcs)"},
+      {"ap4x", "Apple ProRes (ap4x)"},
+      {"mp4v", "MPEG-4"},
+      {"jpeg", "Motion JPEG"},
+      {"aac ", "AAC"},
+      {".mp3", "MP3"},
+      {"lpcm", "Linear PCM"},
+      {"alac", "Apple Lossless"},
+      {"flac", "FLAC"},
+      {"vp09", "vp09"},
+      {"AVC1", "AVC1"},
+      {"aac\t", "aac"},
+      {" ab ", "ab"},
+      {"    ", ""},
   };
   for (const auto& [text, name] : table) {
     uint32_t code = static_cast<uint32_t>(static_cast<unsigned char>(text[0])) << 24 |
@@ -324,8 +348,8 @@ TEST_F(MetadataExtractorTest, FourCharacterCodes) {
 
 TEST_F(MetadataExtractorTest, PdfPagesSizeTitleAndAuthor) {
   std::string report = dir.file("report.pdf");
-  testing::writeFile(report, testing::makePdf({{612, 792}, {842, 595}, {100, 100}}, "Annual Report 2023",
-                                              "M. Okafor"));
+  testing::writeFile(
+      report, testing::makePdf({{612, 792}, {842, 595}, {100, 100}}, "Annual Report 2023", "M. Okafor"));
   MetadataExtractor::Output out = MetadataExtractor::extract(report, FileKind::pdf);
   EXPECT_EQ(out.meta, (Meta{{"Pages", "3"},
                             {"Page Size", "612 \u00d7 792 pt"},

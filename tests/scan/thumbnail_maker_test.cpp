@@ -26,13 +26,16 @@ using testing::TempDir;
 class ThumbnailMakerTest : public ::testing::Test {
  protected:
   // The thumbnail's path for one row, as the scan lays them out: <catalog>/<file>.jpg.
-  std::string thumb(const std::string& name) const { return (dir.path() / "Thumbnails" / "7" / (name + ".jpg")).string(); }
+  std::string thumb(const std::string& name) const {
+    return (dir.path() / "Thumbnails" / "7" / (name + ".jpg")).string();
+  }
 
   // Every file below `folder`, by name.
   static std::vector<std::string> filesIn(const fs::path& folder) {
     std::vector<std::string> names;
     if (!fs::exists(folder)) return names;
-    for (const auto& entry : fs::recursive_directory_iterator(folder)) names.push_back(entry.path().filename());
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+      names.push_back(entry.path().filename());
     std::sort(names.begin(), names.end());
     return names;
   }
@@ -49,7 +52,8 @@ TEST_F(ThumbnailMakerTest, ImagesShrinkToThreeHundredTwentyAndStandUpright) {
   // Stored as 1200 × 600, left half red, right half blue, tagged "rotate 90° clockwise to view": upright
   // it is 600 × 1200 with red on top.
   std::string photo = dir.file("portrait.jpg");
-  ASSERT_TRUE(testing::run("convert -size 600x600 xc:red -size 600x600 xc:blue +append " + shellQuote(photo)));
+  ASSERT_TRUE(
+      testing::run("convert -size 600x600 xc:red -size 600x600 xc:blue +append " + shellQuote(photo)));
   ASSERT_TRUE(testing::exiftool(photo, "-Orientation#=6 -Make=Canon -GPSLatitude=10 -GPSLongitude=10"));
 
   ASSERT_TRUE(ThumbnailMaker::make(photo, FileKind::image, thumb("1")));
@@ -88,8 +92,10 @@ TEST_F(ThumbnailMakerTest, VideoFrameIsTurnedByTheDisplayMatrix) {
   // 640 × 320 frames, red left and blue right, with a display matrix that turns them a quarter turn
   // counter-clockwise, as ffmpeg itself shows them: 320 × 640 with blue on top.
   std::string stored = dir.file("stored.mp4"), video = dir.file("phone.mp4");
-  ASSERT_TRUE(ffmpeg("-f lavfi -i color=red:size=320x320:rate=10 -f lavfi -i color=blue:size=320x320:rate=10 "
-                     "-filter_complex hstack -t 4 -c:v libx264 -pix_fmt yuv420p " + shellQuote(stored)));
+  ASSERT_TRUE(
+      ffmpeg("-f lavfi -i color=red:size=320x320:rate=10 -f lavfi -i color=blue:size=320x320:rate=10 "
+             "-filter_complex hstack -t 4 -c:v libx264 -pix_fmt yuv420p " +
+             shellQuote(stored)));
   ASSERT_TRUE(testing::remuxRotated(stored, video, 90));
   ASSERT_TRUE(ThumbnailMaker::make(video, FileKind::video, thumb("10")));
   EXPECT_TRUE(isJpeg(thumb("10")));
@@ -106,16 +112,19 @@ TEST_F(ThumbnailMakerTest, VideoFrameIsTurnedByTheDisplayMatrix) {
 
   // Without a flag the frame stays as stored; the frame comes from about a tenth in, past a red opening.
   std::string plain = dir.file("plain.mkv");
-  ASSERT_TRUE(ffmpeg("-f lavfi -i color=red:size=400x300:rate=10:duration=1 "
-                     "-f lavfi -i color=blue:size=400x300:rate=10:duration=9 "
-                     "-filter_complex concat=n=2:v=1 -c:v libx264 -g 5 -pix_fmt yuv420p " + shellQuote(plain)));
+  ASSERT_TRUE(
+      ffmpeg("-f lavfi -i color=red:size=400x300:rate=10:duration=1 "
+             "-f lavfi -i color=blue:size=400x300:rate=10:duration=9 "
+             "-filter_complex concat=n=2:v=1 -c:v libx264 -g 5 -pix_fmt yuv420p " +
+             shellQuote(plain)));
   ASSERT_TRUE(ThumbnailMaker::make(plain, FileKind::video, thumb("11")));
   EXPECT_EQ(imageSize(thumb("11")), "320 240");
   EXPECT_TRUE(isBlue(pixel(thumb("11"), 160, 120)));
 
   // Anamorphic frames are shown at their display shape: 200 × 200 pixels twice as wide as high.
   std::string wide = dir.file("anamorphic.mov");
-  ASSERT_TRUE(ffmpeg("-f lavfi -i testsrc=size=200x200:rate=10 -t 1 -vf setsar=2/1 -c:v mpeg4 " + shellQuote(wide)));
+  ASSERT_TRUE(
+      ffmpeg("-f lavfi -i testsrc=size=200x200:rate=10 -t 1 -vf setsar=2/1 -c:v mpeg4 " + shellQuote(wide)));
   ASSERT_TRUE(ThumbnailMaker::make(wide, FileKind::video, thumb("12")));
   EXPECT_EQ(imageSize(thumb("12")), "320 160");
 }
@@ -158,9 +167,15 @@ TEST_F(ThumbnailMakerTest, FailuresLeaveNothingBehind) {
   fs::create_symlink(real, link);
 
   const std::pair<std::string, FileKind> cases[] = {
-      {words, FileKind::image},      {words, FileKind::video},          {broken, FileKind::pdf},
-      {noVideo, FileKind::video},    {fifo, FileKind::image},           {link, FileKind::image},
-      {dir.file("gone.jpg"), FileKind::image}, {real, FileKind::document}, {real, FileKind::audio},
+      {words, FileKind::image},
+      {words, FileKind::video},
+      {broken, FileKind::pdf},
+      {noVideo, FileKind::video},
+      {fifo, FileKind::image},
+      {link, FileKind::image},
+      {dir.file("gone.jpg"), FileKind::image},
+      {real, FileKind::document},
+      {real, FileKind::audio},
   };
   for (const auto& [source, kind] : cases) {
     SCOPED_TRACE(source);

@@ -54,8 +54,9 @@ ScanEngine::~ScanEngine() {
   m_control->setCancelled(true);
 }
 
-void ScanEngine::start(const std::filesystem::path& root, std::optional<int64_t> catalogID, const QString& name,
-                       std::optional<int64_t> groupID, const ScanOptions& options, ModelHooks model, bool quiet) {
+void ScanEngine::start(const std::filesystem::path& root, std::optional<int64_t> catalogID,
+                       const QString& name, std::optional<int64_t> groupID, const ScanOptions& options,
+                       ModelHooks model, bool quiet) {
   Q_ASSERT(QThread::currentThread() == thread());
   if (m_isRunning) return;
 
@@ -82,10 +83,11 @@ void ScanEngine::start(const std::filesystem::path& root, std::optional<int64_t>
     ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kScanNiceness);
     ScanResult result;
     try {
-      ScanWorker worker(AppPaths::database().string(), rootText, catalogID, newName, groupID, options,
-                        AppPaths::thumbnails(), control, [mailbox](const ScanProgress& progress) {
-                          mailbox->post([progress](ScanEngine* engine) { engine->receiveProgress(progress); });
-                        });
+      ScanWorker worker(
+          AppPaths::database().string(), rootText, catalogID, newName, groupID, options,
+          AppPaths::thumbnails(), control, [mailbox](const ScanProgress& progress) {
+            mailbox->post([progress](ScanEngine* engine) { engine->receiveProgress(progress); });
+          });
       result = worker.run();
     } catch (const std::exception& error) {
       // The worker itself never throws; only finding the data folder can (a user without a home).
@@ -95,7 +97,8 @@ void ScanEngine::start(const std::filesystem::path& root, std::optional<int64_t>
       result.isRescan = catalogID.has_value();
       result.error = error.what();
     }
-    mailbox->post([result = std::move(result), quiet](ScanEngine* engine) { engine->receiveResult(result, quiet); });
+    mailbox->post(
+        [result = std::move(result), quiet](ScanEngine* engine) { engine->receiveResult(result, quiet); });
   };
   try {
     std::thread(std::move(run)).detach();
@@ -106,7 +109,8 @@ void ScanEngine::start(const std::filesystem::path& root, std::optional<int64_t>
     result.catalogName = name.toStdString();
     result.isRescan = catalogID.has_value();
     result.error = std::string("The scan could not be started: ") + error.what();
-    m_mailbox->post([result = std::move(result), quiet](ScanEngine* engine) { engine->receiveResult(result, quiet); });
+    m_mailbox->post(
+        [result = std::move(result), quiet](ScanEngine* engine) { engine->receiveResult(result, quiet); });
   }
 }
 

@@ -49,9 +49,18 @@ struct Snapshot {
   bool operator==(const Snapshot&) const = default;
 
   explicit Snapshot(const ScanEngine& e)
-      : isRunning(e.isRunning()), isPaused(e.isPaused()), expanded(e.expanded()), phase(e.phase()),
-        currentPath(e.currentPath()), catalogName(e.catalogName()), items(e.items()), bytes(e.bytes()),
-        added(e.added()), changed(e.changed()), removed(e.removed()), startedAt(e.startedAt()),
+      : isRunning(e.isRunning()),
+        isPaused(e.isPaused()),
+        expanded(e.expanded()),
+        phase(e.phase()),
+        currentPath(e.currentPath()),
+        catalogName(e.catalogName()),
+        items(e.items()),
+        bytes(e.bytes()),
+        added(e.added()),
+        changed(e.changed()),
+        removed(e.removed()),
+        startedAt(e.startedAt()),
         catalogID(e.catalogID()) {}
 };
 
@@ -261,9 +270,10 @@ TEST_F(ScanEngineTest, StartWhileRunningChangesNothing) {
 
   Snapshot before(engine);
   int emitted = 0;
-  for (auto signal : {&ScanEngine::isRunningChanged, &ScanEngine::isPausedChanged, &ScanEngine::phaseChanged,
-                      &ScanEngine::itemsChanged, &ScanEngine::currentPathChanged, &ScanEngine::catalogNameChanged,
-                      &ScanEngine::startedAtChanged, &ScanEngine::expandedChanged}) {
+  for (auto signal :
+       {&ScanEngine::isRunningChanged, &ScanEngine::isPausedChanged, &ScanEngine::phaseChanged,
+        &ScanEngine::itemsChanged, &ScanEngine::currentPathChanged, &ScanEngine::catalogNameChanged,
+        &ScanEngine::startedAtChanged, &ScanEngine::expandedChanged}) {
     QObject::connect(&engine, signal, [&] { ++emitted; });
   }
   fs::create_directories(dir.path() / "Other");
@@ -310,7 +320,8 @@ TEST_F(ScanEngineTest, EngineGoneWhileScanningDropsLateReports) {
   makeTree(20, 100, 100);
   auto doomed = std::make_unique<ScanEngine>();
   int finishedCalls = 0;
-  ScanEngine::ModelHooks model{[&] { doomed->togglePause(); }, [&](const ScanResult&, bool) { ++finishedCalls; }};
+  ScanEngine::ModelHooks model{[&] { doomed->togglePause(); },
+                               [&](const ScanResult&, bool) { ++finishedCalls; }};
   doomed->start(tree, std::nullopt, "Doomed", std::nullopt, slow(), model, false);
   ASSERT_TRUE(waitUntil([&] { return doomed->isPaused(); }));
   doomed.reset();  // Cancels the scan; its result has nowhere to go.
