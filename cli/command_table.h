@@ -31,6 +31,7 @@ void addRenameCommands(CommandTable& table);   // rename
 void addSearchCommands(CommandTable& table);   // search
 void addSearchCommands(CommandTable& table);    // search
 void addAnalysisCommands(CommandTable& table);  // dupes, stats, report, compare
+void addScanCommands(CommandTable& table);     // scan, rescan
 
 // The database file the command works on: --db, else the one in the data folder.
 std::string databasePath(const Context& context);

@@ -22,6 +22,7 @@ const CommandTable& commands() {
     addRenameCommands(t);
     addSearchCommands(t);
     addAnalysisCommands(t);
+    addScanCommands(t);
     return t;
   }();
   return table;
