@@ -17,7 +17,7 @@ reps="${REPS:-3}"
 big="${BIG_FILES:-1000000}"
 mkdir -p "$dir"
 tree="$dir/tree-200k"
-trap 'rm -rf "$dir/tree-200k" "$dir/tree-1m" "$dir"/*.sqlite* "$dir"/Thumbnails "$dir"/bench-thumbs' EXIT
+trap 'rm -rf "$dir/tree-200k" "$dir/tree-1m" "$dir"/*.sqlite* "$dir"/Thumbnails "$dir"/bench-thumbs "$dir"/scan_bench.json "$dir"/config' EXIT
 
 median() { sort -g | awk '{v[NR]=$1} END {print (NR%2) ? v[(NR+1)/2] : (v[NR/2]+v[NR/2+1])/2}'; }
 
