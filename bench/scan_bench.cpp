@@ -94,6 +94,7 @@ void BM_StoreFloor(benchmark::State& state) {
     state.PauseTiming();
     removeDatabase(databasePath());
     auto store = std::make_unique<CatalogDB>(databasePath().string());
+    store->db().exec(ScanWorker::kConnectionPragmas);  // The worker's own connection, as it scans.
     const int64_t id = store->insertCatalog("Bench", g_tree.string(), VolumeInfo{}, true, std::nullopt, false);
     state.ResumeTiming();
     insertLikeScanner(*store, id, rows);

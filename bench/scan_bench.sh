@@ -17,7 +17,7 @@ reps="${REPS:-3}"
 big="${BIG_FILES:-1000000}"
 mkdir -p "$dir"
 tree="$dir/tree-200k"
-trap 'rm -rf "$dir/tree-200k" "$dir/tree-1m" "$dir"/*.sqlite* "$dir"/Thumbnails "$dir"/bench-thumbs' EXIT
+trap 'rm -rf "$dir/tree-200k" "$dir/tree-1m" "$dir"/*.sqlite* "$dir"/Thumbnails "$dir"/bench-thumbs "$dir"/scan_bench.json "$dir"/config' EXIT
 
 median() { sort -g | awk '{v[NR]=$1} END {print (NR%2) ? v[(NR+1)/2] : (v[NR/2]+v[NR/2+1])/2}'; }
 
@@ -34,9 +34,16 @@ done | median)
 
 # (b), (c), (d) through Google Benchmark, each repeated.
 json="$dir/scan_bench.json"
-"$bench" --tree="$tree" --benchmark_repetitions="$reps" --benchmark_report_aggregates_only=true \
+"$bench" --tree="$tree" --benchmark_repetitions="$reps" \
   --benchmark_out="$json" --benchmark_out_format=json >/dev/null
-pick() { python3 -c "import json,sys; d=json.load(open('$json')); print([b['real_time'] for b in d['benchmarks'] if b['name']=='$1/iterations:1/real_time_median'][0]/1000)"; }
+pick() {  # median real time in seconds of benchmark $1
+  python3 - "$json" "$1" <<'PY'
+import json, statistics, sys
+runs = [b for b in json.load(open(sys.argv[1]))["benchmarks"]
+        if b["run_name"].startswith(sys.argv[2] + "/") and b.get("run_type") == "iteration"]
+print(statistics.median(b["real_time"] for b in runs) / 1000)
+PY
+}
 store=$(pick BM_StoreFloor); scan=$(pick BM_Scan); rescan=$(pick BM_RescanUnchanged)
 
 # (e) peak memory of the command-line tool.

@@ -122,7 +122,7 @@ struct ScanWorker::Impl {
   }
 
   bool openCatalog();
-  bool walk(TreeWalker& walker);
+  void walk(TreeWalker& walker);
   void waitWhilePaused();
   void processEntry(TreeWalker& walker, const WalkEntry& e);
   Extra extract(TreeWalker& walker, const WalkEntry& e, FileKind kind, int64_t fileID);
@@ -155,6 +155,7 @@ ScanResult ScanWorker::run() {
   result.catalogName = m_newName;
   try {
     run.store = std::make_unique<CatalogDB>(m_dbPath);
+    run.db().exec(kConnectionPragmas);
   } catch (const std::exception& e) {
     result.error = e.what();
     return result;
@@ -217,13 +218,12 @@ bool ScanWorker::Impl::openCatalog() {
   return true;
 }
 
-bool ScanWorker::Impl::walk(TreeWalker& walker) {
+void ScanWorker::Impl::walk(TreeWalker& walker) {
   while (const WalkEntry* e = walker.next()) {
-    if (cancelled()) return false;
+    if (cancelled()) return;
     if (paused()) waitWhilePaused();
     processEntry(walker, *e);
   }
-  return true;
 }
 
 void ScanWorker::Impl::waitWhilePaused() {
