@@ -104,6 +104,7 @@ class PermissionsEnforced {
   ~PermissionsEnforced() {
     if (m_active) syscall(SYS_capset, &m_header, m_saved);
   }
+  bool active() const { return m_active; }
   PermissionsEnforced(const PermissionsEnforced&) = delete;
   PermissionsEnforced& operator=(const PermissionsEnforced&) = delete;
 
@@ -121,8 +122,10 @@ TEST_F(ScanTest, UnreadableFolderCostsOnlyItsContents) {
   ASSERT_EQ(rows(first.catalogID).size(), 5u);
   fs::permissions(tree / "locked", fs::perms::none);
   ScanResult second;
+  bool enforced = false;
   {
-    PermissionsEnforced enforced;
+    PermissionsEnforced lowered;
+    enforced = lowered.active();
     second = rescan(first.catalogID);
   }
   fs::permissions(tree / "locked", fs::perms::owner_all);
@@ -131,6 +134,7 @@ TEST_F(ScanTest, UnreadableFolderCostsOnlyItsContents) {
   EXPECT_TRUE(r.count("locked"));
   EXPECT_TRUE(r.count("z.txt"));
   EXPECT_TRUE(r.count("open/a.txt"));
+  if (!enforced && geteuid() == 0) GTEST_SKIP() << "root could not give up reading every folder";
   EXPECT_EQ(second.removed, std::vector<std::string>{"locked/secret.txt"});
 }
 
