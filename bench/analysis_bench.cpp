@@ -26,8 +26,8 @@ struct Library {
 Library& library() {
   static Library lib = [] {
     Library l;
-    LibrarySpec spec;
-    l.store = openSyntheticLibrary(syntheticLibraryPath(spec), spec, &l.info);
+    LibraryShape shape;
+    l.store = openSyntheticLibrary(syntheticLibraryPath(shape), shape, &l.info);
     return l;
   }();
   return lib;

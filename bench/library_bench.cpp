@@ -34,16 +34,16 @@ void reportMakeUp(benchmark::State& state, CatalogDB& store) {
 }
 
 void BM_BuildLibrary(benchmark::State& state) {
-  LibrarySpec spec{state.range(0), 4, 7};
+  LibraryShape shape{state.range(0), 4, 7};
   fs::path path = benchDirectory() / "library-build.sqlite";
   for (auto _ : state) {
     state.PauseTiming();
     removeDatabase(path);
     auto store = std::make_unique<CatalogDB>(path.string());
     state.ResumeTiming();
-    fillSyntheticLibrary(*store, spec);
+    fillSyntheticLibrary(*store, shape);
   }
-  state.SetItemsProcessed(state.iterations() * spec.records);
+  state.SetItemsProcessed(state.iterations() * shape.records);
   auto store = std::make_unique<CatalogDB>(path.string());
   reportMakeUp(state, *store);
   store.reset();
@@ -52,10 +52,10 @@ void BM_BuildLibrary(benchmark::State& state) {
 BENCHMARK(BM_BuildLibrary)->Arg(100'000)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
 
 void BM_FullLibrary(benchmark::State& state) {
-  LibrarySpec spec;
+  LibraryShape shape;
   LibraryInfo info;
   std::unique_ptr<CatalogDB> store;
-  for (auto _ : state) store = openSyntheticLibrary(syntheticLibraryPath(spec), spec, &info);
+  for (auto _ : state) store = openSyntheticLibrary(syntheticLibraryPath(shape), shape, &info);
   state.counters["reused"] = info.reused ? 1 : 0;
   state.counters["build_seconds"] = info.buildSeconds;
   reportMakeUp(state, *store);

@@ -20,9 +20,9 @@ using Mode = SearchQuery::Mode;
 
 CatalogDB& library() {
   static std::unique_ptr<CatalogDB> store = [] {
-    LibrarySpec spec;
+    LibraryShape shape;
     LibraryInfo info;
-    auto opened = openSyntheticLibrary(syntheticLibraryPath(spec), spec, &info);
+    auto opened = openSyntheticLibrary(syntheticLibraryPath(shape), shape, &info);
     if (!info.reused) std::fprintf(stderr, "Built the library in %.0f s\n", info.buildSeconds);
     return opened;
   }();

@@ -258,7 +258,7 @@ class CatalogWriter {
     return id;
   }
 
-  void file(int64_t parentID, const std::string& folderPath, const FileSpec& spec, double modified,
+  void file(int64_t parentID, const std::string& folderPath, const FileSpec& shape, double modified,
             Random& random) {
     if (full()) return;
     std::string tags;
@@ -266,18 +266,18 @@ class CatalogWriter {
       tags = random.pick(kTags);
       if (random.chance(0.3)) tags += std::string(", ") + random.pick(kTags);
     }
-    bool hidden = !spec.name.empty() && spec.name[0] == '.';
+    bool hidden = !shape.name.empty() && shape.name[0] == '.';
     // A name already taken in the folder gets a number, the way a file manager names a second copy.
-    std::string name = spec.name;
+    std::string name = shape.name;
     std::string prefix = folderPath.empty() ? "" : folderPath + "/";
     for (int n = 2; m_paths.count(prefix + name) != 0; ++n) {
-      size_t dot = spec.name.rfind('.');
-      if (dot == std::string::npos || dot == 0) dot = spec.name.size();
-      name = spec.name.substr(0, dot) + " " + std::to_string(n) + spec.name.substr(dot);
+      size_t dot = shape.name.rfind('.');
+      if (dot == std::string::npos || dot == 0) dot = shape.name.size();
+      name = shape.name.substr(0, dot) + " " + std::to_string(n) + shape.name.substr(dot);
     }
-    write(parentID, prefix + name, name, false, spec.size, spec.type.kind, spec.type.mime, spec.type.ext,
-          modified - random.below(86400 * 10), modified, tags, hidden, spec.sha256, spec.meta, spec.duration,
-          spec.width, spec.height);
+    write(parentID, prefix + name, name, false, shape.size, shape.type.kind, shape.type.mime, shape.type.ext,
+          modified - random.below(86400 * 10), modified, tags, hidden, shape.sha256, shape.meta, shape.duration,
+          shape.width, shape.height);
   }
 
   // Ends the open transaction.
@@ -341,24 +341,24 @@ class LibraryGenerator {
  private:
   double randomDay() { return kFirstDay + std::floor(m_random.unit() * kYears * 365) * kDay; }
 
-  // Puts `spec` in the folder, or, now and then in later catalogs, a copy of an earlier file instead.
-  void place(CatalogWriter& writer, int64_t folderID, const std::string& folderPath, FileSpec spec,
+  // Puts `shape` in the folder, or, now and then in later catalogs, a copy of an earlier file instead.
+  void place(CatalogWriter& writer, int64_t folderID, const std::string& folderPath, FileSpec shape,
              double modified) {
     double copyChance = m_catalogIndex == 0 ? 0.02 : 0.12;
     if (!m_pool.empty() && m_random.chance(copyChance)) {
-      spec = m_pool[static_cast<size_t>(m_random.below(static_cast<int>(m_pool.size())))];
+      shape = m_pool[static_cast<size_t>(m_random.below(static_cast<int>(m_pool.size())))];
     } else {
       double shaShare = m_catalogIndex % 2 == 0 ? 0.5 : 0.2;
-      if (m_random.chance(shaShare)) spec.sha256 = fakeSha256(spec.name, spec.size);
+      if (m_random.chance(shaShare)) shape.sha256 = fakeSha256(shape.name, shape.size);
       if (m_random.chance(0.25)) {
         if (m_pool.size() < kPoolSize) {
-          m_pool.push_back(spec);
+          m_pool.push_back(shape);
         } else {
-          m_pool[static_cast<size_t>(m_random.below(static_cast<int>(kPoolSize)))] = spec;
+          m_pool[static_cast<size_t>(m_random.below(static_cast<int>(kPoolSize)))] = shape;
         }
       }
     }
-    writer.file(folderID, folderPath, spec, modified, m_random);
+    writer.file(folderID, folderPath, shape, modified, m_random);
   }
 
   void photos(CatalogWriter& writer) {
@@ -381,14 +381,14 @@ class LibraryGenerator {
       std::string stem = camera.digits == 0
                              ? "PXL_" + dayText(time, "%Y%m%d_%H%M%S") + format("%03d", m_random.below(1000))
                              : camera.prefix + format("%0*d", camera.digits, number % 100000);
-      FileSpec spec{stem + "." + camera.type.ext, camera.type, m_random.sizeAround(camera.type.typicalSize)};
+      FileSpec shape{stem + "." + camera.type.ext, camera.type, m_random.sizeAround(camera.type.typicalSize)};
       if (m_random.chance(0.4)) {
         bool portrait = m_random.chance(0.2);
-        spec.width = portrait ? camera.height : camera.width;
-        spec.height = portrait ? camera.width : camera.height;
+        shape.width = portrait ? camera.height : camera.width;
+        shape.height = portrait ? camera.width : camera.height;
         std::map<std::string, std::string> meta = {
             {"Dimensions",
-             format("%d \u00d7 %d", static_cast<int>(spec.width), static_cast<int>(spec.height))},
+             format("%d \u00d7 %d", static_cast<int>(shape.width), static_cast<int>(shape.height))},
             {"Camera", camera.model},
             {"ISO", std::to_string(100 << m_random.below(6))},
             {"Aperture", format("f/%.1f", 1.8 + m_random.below(10) * 0.7)},
@@ -398,9 +398,9 @@ class LibraryGenerator {
         if (m_random.chance(0.3)) {
           meta["GPS"] = format("%.5f, %.5f", -60 + m_random.unit() * 120, -170 + m_random.unit() * 340);
         }
-        spec.meta = metaText(meta);
+        shape.meta = metaText(meta);
       }
-      place(writer, id, path, spec, time);
+      place(writer, id, path, shape, time);
       if (pairs && !writer.full()) {
         FileSpec jpeg{stem + ".JPG", kCameras[0].type, m_random.sizeAround(6'000'000)};
         place(writer, id, path, jpeg, time);
@@ -439,21 +439,21 @@ class LibraryGenerator {
       bool mov = name.ends_with("MOV") || name.ends_with("mov");
       Type type = mov ? Type{name.ends_with("MOV") ? "MOV" : "mov", "Video", "video/quicktime", 600'000'000}
                       : Type{name.ends_with("MP4") ? "MP4" : "mp4", "Video", "video/mp4", 400'000'000};
-      FileSpec spec{name, type, m_random.sizeAround(type.typicalSize)};
+      FileSpec shape{name, type, m_random.sizeAround(type.typicalSize)};
       if (m_random.chance(0.6)) {
         bool uhd = m_random.chance(0.4);
-        spec.width = uhd ? 3840 : 1920;
-        spec.height = uhd ? 2160 : 1080;
-        spec.duration = 5 + m_random.below(1800) + m_random.below(1000) / 1000.0;
-        spec.meta = metaText({{"Duration", Fmt::duration(spec.duration)},
-                              {"Resolution", format("%d \u00d7 %d", static_cast<int>(spec.width),
-                                                    static_cast<int>(spec.height))},
+        shape.width = uhd ? 3840 : 1920;
+        shape.height = uhd ? 2160 : 1080;
+        shape.duration = 5 + m_random.below(1800) + m_random.below(1000) / 1000.0;
+        shape.meta = metaText({{"Duration", Fmt::duration(shape.duration)},
+                              {"Resolution", format("%d \u00d7 %d", static_cast<int>(shape.width),
+                                                    static_cast<int>(shape.height))},
                               {"Video Codec", m_random.chance(0.5) ? "H.264" : "HEVC"},
                               {"Frame Rate", m_random.chance(0.5) ? "29.97 fps" : "25 fps"},
                               {"Audio Codec", "AAC"},
                               {"Channels", "Stereo"}});
       }
-      place(writer, id, path, spec, time);
+      place(writer, id, path, shape, time);
     }
   }
 
@@ -471,11 +471,11 @@ class LibraryGenerator {
     for (int track = 1; track <= tracks && !writer.full(); ++track) {
       std::string title = std::string(m_random.pick(kSongWords));
       if (m_random.chance(0.5)) title += std::string(" ") + m_random.pick(kSongWords);
-      FileSpec spec{format("%02d ", track) + title + "." + type.ext, type,
+      FileSpec shape{format("%02d ", track) + title + "." + type.ext, type,
                     m_random.sizeAround(type.typicalSize)};
       if (m_random.chance(0.5)) {
-        spec.duration = 120 + m_random.below(300) + m_random.below(1000) / 1000.0;
-        spec.meta = metaText({{"Duration", Fmt::duration(spec.duration)},
+        shape.duration = 120 + m_random.below(300) + m_random.below(1000) / 1000.0;
+        shape.meta = metaText({{"Duration", Fmt::duration(shape.duration)},
                               {"Audio Codec", type.ext == std::string_view("flac")  ? "FLAC"
                                               : type.ext == std::string_view("mp3") ? "MP3"
                                               : type.ext == std::string_view("wav") ? "PCM"
@@ -487,7 +487,7 @@ class LibraryGenerator {
                               {"Album", album},
                               {"Title", title}});
       }
-      place(writer, id, path, spec, day + track * 240);
+      place(writer, id, path, shape, day + track * 240);
     }
   }
 
@@ -501,54 +501,54 @@ class LibraryGenerator {
     for (int i = 0; i < count && !writer.full(); ++i) {
       double time = day + m_random.below(360) * kDay + m_random.below(86400);
       std::string company = m_random.pick(kCompanies);
-      FileSpec spec;
+      FileSpec shape;
       switch (category) {
         case 0:
-          spec = {format("Invoice %s-%03d ", year.c_str(), i + 1) + company + ".pdf", kPdf};
+          shape = {format("Invoice %s-%03d ", year.c_str(), i + 1) + company + ".pdf", kPdf};
           break;
         case 1:
-          spec = {(i % 2 ? "Tax Return " + year : "W2 " + company + " " + year) + ".pdf", kPdf};
+          shape = {(i % 2 ? "Tax Return " + year : "W2 " + company + " " + year) + ".pdf", kPdf};
           break;
         case 2:
-          spec = {"Contract " + company + (m_random.chance(0.5) ? " signed" : " draft") + ".pdf", kPdf};
+          shape = {"Contract " + company + (m_random.chance(0.5) ? " signed" : " draft") + ".pdf", kPdf};
           break;
         case 3:
-          spec = {
+          shape = {
               format("Quarterly Report Q%d %s", m_random.between(1, 4), year.c_str()) +
                   (m_random.chance(0.5) ? " final" : " draft v" + std::to_string(m_random.between(1, 5))) +
                   ".docx",
               kDocx};
           break;
         case 4:
-          spec = {"Letter to " + company + " " + dayText(time) + ".docx", kDocx};
+          shape = {"Letter to " + company + " " + dayText(time) + ".docx", kDocx};
           break;
         case 5:
-          spec = {company + " " + m_random.pick(kCodeWords) + " manual.pdf", kPdf};
+          shape = {company + " " + m_random.pick(kCodeWords) + " manual.pdf", kPdf};
           break;
         case 6:
-          spec = {"Receipt " + dayText(time) + " " + company + ".pdf", kPdf};
+          shape = {"Receipt " + dayText(time) + " " + company + ".pdf", kPdf};
           break;
         case 7:
-          spec = m_random.chance(0.5) ? FileSpec{"Meeting notes " + dayText(time) + ".txt", kTxt}
+          shape = m_random.chance(0.5) ? FileSpec{"Meeting notes " + dayText(time) + ".txt", kTxt}
                                       : FileSpec{"Meeting notes " + dayText(time) + ".md", kMarkdown};
           break;
         case 8:
-          spec = {company + format(" pitch v%d.pptx", m_random.between(1, 9)), kPptx};
+          shape = {company + format(" pitch v%d.pptx", m_random.between(1, 9)), kPptx};
           break;
         default:
-          spec = {"Budget " + year + " " + kMonths[static_cast<size_t>(m_random.below(12))] + ".xlsx", kXlsx};
+          shape = {"Budget " + year + " " + kMonths[static_cast<size_t>(m_random.below(12))] + ".xlsx", kXlsx};
           break;
       }
-      spec.size = m_random.sizeAround(spec.type.typicalSize);
-      if (spec.type.kind == std::string_view("PDF") && m_random.chance(0.3)) {
-        spec.width = 612;
-        spec.height = 792;
-        spec.meta = metaText({{"Pages", std::to_string(m_random.between(1, 40))},
+      shape.size = m_random.sizeAround(shape.type.typicalSize);
+      if (shape.type.kind == std::string_view("PDF") && m_random.chance(0.3)) {
+        shape.width = 612;
+        shape.height = 792;
+        shape.meta = metaText({{"Pages", std::to_string(m_random.between(1, 40))},
                               {"Page Size", "612 \u00d7 792 pt"},
-                              {"Title", spec.name.substr(0, spec.name.size() - 4)},
+                              {"Title", shape.name.substr(0, shape.name.size() - 4)},
                               {"Author", company}});
       }
-      place(writer, id, path, spec, time);
+      place(writer, id, path, shape, time);
     }
   }
 
@@ -620,19 +620,19 @@ void removeDatabase(const fs::path& path) {
 
 }  // namespace
 
-std::string libraryFingerprint(const LibrarySpec& spec) {
-  return format("generator=%d records=%" PRId64 " catalogs=%d seed=%u", kGeneratorVersion, spec.records,
-                spec.catalogs, spec.seed);
+std::string libraryFingerprint(const LibraryShape& shape) {
+  return format("generator=%d records=%" PRId64 " catalogs=%d seed=%u", kGeneratorVersion, shape.records,
+                shape.catalogs, shape.seed);
 }
 
-LibraryInfo fillSyntheticLibrary(CatalogDB& store, const LibrarySpec& spec) {
+LibraryInfo fillSyntheticLibrary(CatalogDB& store, const LibraryShape& shape) {
   auto started = std::chrono::steady_clock::now();
   LibraryInfo info;
   SQLiteDB& db = store.db();
-  Random random(spec.seed);
+  Random random(shape.seed);
   std::vector<FileSpec> pool;
   Statement insert = db.prepare(scan_sql::kInsertFile);
-  int catalogs = std::max(1, spec.catalogs);
+  int catalogs = std::max(1, shape.catalogs);
   for (int c = 0; c < catalogs; ++c) {
     std::string name = kCatalogNames[static_cast<size_t>(c) % kCatalogNames.size()];
     if (static_cast<size_t>(c) >= kCatalogNames.size()) name += " " + std::to_string(c + 1);
@@ -645,7 +645,7 @@ LibraryInfo fillSyntheticLibrary(CatalogDB& store, const LibrarySpec& spec) {
     volume.isRemovable = c % 3 == 1;
     int64_t id = store.insertCatalog(name, "/media/" + name, volume, false, std::nullopt, false);
     info.catalogIDs.push_back(id);
-    int64_t quota = spec.records / catalogs + (c == 0 ? spec.records % catalogs : 0);
+    int64_t quota = shape.records / catalogs + (c == 0 ? shape.records % catalogs : 0);
     CatalogWriter writer(db, insert, id, quota);
     LibraryGenerator(random, pool, c).fill(writer);
     writer.finish();
@@ -653,19 +653,19 @@ LibraryInfo fillSyntheticLibrary(CatalogDB& store, const LibrarySpec& spec) {
     store.markScanned(id, Date{kFirstDay + kYears * 365 * kDay});
   }
   info.records = db.scalarInt("SELECT count(*) FROM files");
-  db.run("INSERT OR REPLACE INTO meta(key, value) VALUES(?, ?)", {kFingerprintKey, libraryFingerprint(spec)});
+  db.run("INSERT OR REPLACE INTO meta(key, value) VALUES(?, ?)", {kFingerprintKey, libraryFingerprint(shape)});
   info.buildSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
   return info;
 }
 
-std::unique_ptr<CatalogDB> openSyntheticLibrary(const fs::path& path, const LibrarySpec& spec,
+std::unique_ptr<CatalogDB> openSyntheticLibrary(const fs::path& path, const LibraryShape& shape,
                                                 LibraryInfo* info) {
   LibraryInfo result;
   std::unique_ptr<CatalogDB> store;
   if (fs::exists(path)) {
     store = std::make_unique<CatalogDB>(path.string());
     auto stored = store->db().scalarText("SELECT value FROM meta WHERE key=?", {kFingerprintKey});
-    if (stored == libraryFingerprint(spec)) {
+    if (stored == libraryFingerprint(shape)) {
       for (const Catalog& c : store->catalogs()) result.catalogIDs.push_back(c.id);
       std::sort(result.catalogIDs.begin(), result.catalogIDs.end());
       result.records = store->db().scalarInt("SELECT count(*) FROM files");
@@ -677,7 +677,7 @@ std::unique_ptr<CatalogDB> openSyntheticLibrary(const fs::path& path, const Libr
   if (!store) {
     removeDatabase(path);
     store = std::make_unique<CatalogDB>(path.string());
-    result = fillSyntheticLibrary(*store, spec);
+    result = fillSyntheticLibrary(*store, shape);
   }
   if (info != nullptr) *info = result;
   return store;
@@ -690,9 +690,9 @@ fs::path benchDirectory() {
   return dir;
 }
 
-fs::path syntheticLibraryPath(const LibrarySpec& spec) {
+fs::path syntheticLibraryPath(const LibraryShape& shape) {
   return benchDirectory() /
-         format("library-%" PRId64 "-%d-%u.sqlite", spec.records, spec.catalogs, spec.seed);
+         format("library-%" PRId64 "-%d-%u.sqlite", shape.records, shape.catalogs, shape.seed);
 }
 
 }  // namespace orrelin::bench

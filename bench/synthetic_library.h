@@ -21,7 +21,7 @@
 
 namespace orrelin::bench {
 
-struct LibrarySpec {
+struct LibraryShape {
   int64_t records = 1'000'000;  // Rows in `files`, folders included, over all catalogs.
   int catalogs = 4;
   uint32_t seed = 20240601;
@@ -35,23 +35,23 @@ struct LibraryInfo {
 };
 
 // The text stored in the database's meta table that names the parameters of a library.
-std::string libraryFingerprint(const LibrarySpec& spec);
+std::string libraryFingerprint(const LibraryShape& shape);
 
-// Fills `store`, which must hold no catalogs, with the library of `spec`, writing in transactions of a few
+// Fills `store`, which must hold no catalogs, with the library of `shape`, writing in transactions of a few
 // thousand rows through one prepared statement, then rolls folder sizes up and stores the fingerprint
-// last (so an interrupted build is never taken for a finished one). The same spec always gives the same
+// last (so an interrupted build is never taken for a finished one). The same shape always gives the same
 // rows. Returns the ids of the catalogs made.
-LibraryInfo fillSyntheticLibrary(CatalogDB& store, const LibrarySpec& spec);
+LibraryInfo fillSyntheticLibrary(CatalogDB& store, const LibraryShape& shape);
 
-// Opens the library at `path`: reuses the file when its fingerprint matches `spec`, otherwise removes it
+// Opens the library at `path`: reuses the file when its fingerprint matches `shape`, otherwise removes it
 // (with its -wal and -shm files) and builds it afresh. `info`, when given, receives what was done.
-std::unique_ptr<CatalogDB> openSyntheticLibrary(const std::filesystem::path& path, const LibrarySpec& spec,
+std::unique_ptr<CatalogDB> openSyntheticLibrary(const std::filesystem::path& path, const LibraryShape& shape,
                                                 LibraryInfo* info = nullptr);
 
 // The folder for benchmark databases: $ORRELIN_BENCH_DIR, else <temp>/orrelin-bench; created if needed.
 std::filesystem::path benchDirectory();
 
 // The default file of a library: benchDirectory()/library-<records>-<catalogs>-<seed>.sqlite.
-std::filesystem::path syntheticLibraryPath(const LibrarySpec& spec);
+std::filesystem::path syntheticLibraryPath(const LibraryShape& shape);
 
 }  // namespace orrelin::bench

@@ -23,11 +23,11 @@ using Meta = std::map<std::string, std::string>;
 
 class MetadataExtractorTest : public ::testing::Test {
  protected:
-  // A plain image made by ImageMagick: `spec` is its canvas ("xc:red", "gradient:"), `size` "WxH".
+  // A plain image made by ImageMagick: `canvas` is its canvas ("xc:red", "gradient:"), `size` "WxH".
   std::string makeImage(const std::string& name, const std::string& size,
-                        const std::string& spec = "xc:gray50", const std::string& extra = "") {
+                        const std::string& canvas = "xc:gray50", const std::string& extra = "") {
     std::string path = dir.file(name);
-    EXPECT_TRUE(testing::run("convert -size " + size + " " + spec + " " + extra + " " + shellQuote(path)));
+    EXPECT_TRUE(testing::run("convert -size " + size + " " + canvas + " " + extra + " " + shellQuote(path)));
     return path;
   }
 
