@@ -16,14 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::TempDir;
+using testing::readFile;
 using testing::writeFile;
-
-std::string readFile(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
 
 class AppPathsTest : public ::testing::Test {
  protected:

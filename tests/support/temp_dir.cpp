@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -26,6 +27,13 @@ TempDir::~TempDir() {
                                    std::filesystem::perm_options::add, ec);
   }
   std::filesystem::remove_all(m_path, ec);
+}
+
+std::string readFile(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
 }
 
 void writeFile(const std::filesystem::path& path, const std::string& contents) {

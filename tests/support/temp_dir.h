@@ -22,6 +22,9 @@ class TempDir {
   std::filesystem::path m_path;
 };
 
+// The whole contents of the file at `path`; empty when it cannot be read.
+std::string readFile(const std::filesystem::path& path);
+
 // Writes `contents` to `path`, creating parent folders as needed.
 void writeFile(const std::filesystem::path& path, const std::string& contents);
 

@@ -11,6 +11,7 @@
 
 #include "search/library_builder.h"
 #include "store/catalog_db.h"
+#include "support/qt_wait.h"
 #include "support/temp_dir.h"
 
 namespace orrelin {
@@ -18,20 +19,7 @@ namespace {
 
 using testing::LibraryBuilder;
 using testing::TempDir;
-
-// Spins the event loop until `signal` of `object` fires; false after 10 s without it.
-template <class Object, class Signal>
-bool waitFor(Object* object, Signal signal) {
-  QEventLoop loop;
-  bool fired = false;
-  QObject::connect(object, signal, &loop, [&] {
-    fired = true;
-    loop.quit();
-  });
-  QTimer::singleShot(10000, &loop, &QEventLoop::quit);
-  loop.exec();
-  return fired;
-}
+using testing::waitFor;
 
 class DuplicateStateTest : public ::testing::Test {
  protected:

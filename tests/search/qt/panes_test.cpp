@@ -12,6 +12,7 @@
 #include "search/qt/compare_pane.h"
 #include "search/qt/report_panes.h"
 #include "store/catalog_db.h"
+#include "support/qt_wait.h"
 #include "support/temp_dir.h"
 
 namespace orrelin {
@@ -19,19 +20,7 @@ namespace {
 
 using testing::LibraryBuilder;
 using testing::TempDir;
-
-template <class Object, class Signal>
-bool waitFor(Object* object, Signal signal) {
-  QEventLoop loop;
-  bool fired = false;
-  QObject::connect(object, signal, &loop, [&] {
-    fired = true;
-    loop.quit();
-  });
-  QTimer::singleShot(10000, &loop, &QEventLoop::quit);
-  loop.exec();
-  return fired;
-}
+using testing::waitFor;
 
 class PanesTest : public ::testing::Test {
  protected:
