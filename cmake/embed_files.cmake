@@ -1,0 +1,15 @@
+# Writes OUTPUT, a C++ source that holds each file of INPUTS as a byte array, reachable as
+# orrelin::embedded::<name>() with <name> the file name's letters and digits ("app.js" -> app_js).
+set(_out "// Generated from the files below at build time; edit those instead.\n#include <string_view>\n\nnamespace orrelin::embedded {\n")
+foreach(_in ${INPUTS})
+  get_filename_component(_file ${_in} NAME)
+  string(REGEX REPLACE "[^A-Za-z0-9]" "_" _name ${_file})
+  file(READ ${_in} _hex HEX)
+  string(LENGTH "${_hex}" _hexlen)
+  math(EXPR _size "${_hexlen} / 2")
+  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," _bytes "${_hex}")
+  string(APPEND _out "\n// ${_file}\nstatic const char k_${_name}[] = {${_bytes} '\\0'};\n")
+  string(APPEND _out "std::string_view ${_name}() { return {k_${_name}, ${_size}}; }\n")
+endforeach()
+string(APPEND _out "\n}  // namespace orrelin::embedded\n")
+file(WRITE ${OUTPUT} "${_out}")
