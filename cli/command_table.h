@@ -21,6 +21,7 @@ struct Command {
   const char* summary;  // One line for the list of commands.
   const char* help;     // The whole text of "--help", starting with "usage: ".
   std::function<int(const std::vector<std::string>&, const Context&)> run;
+  bool handlesHelp = false;  // The command answers "--help" itself (its subcommands have their own).
 };
 
 using CommandTable = std::map<std::string, Command>;
@@ -28,10 +29,10 @@ using CommandTable = std::map<std::string, Command>;
 void addCatalogCommands(CommandTable& table);  // info, list, volumes
 void addOrganizeCommands(CommandTable& table);  // plan, undo
 void addRenameCommands(CommandTable& table);   // rename
-void addSearchCommands(CommandTable& table);   // search
 void addSearchCommands(CommandTable& table);    // search
 void addAnalysisCommands(CommandTable& table);  // dupes, stats, report, compare
 void addScanCommands(CommandTable& table);     // scan, rescan
+void addExportCommands(CommandTable& table);   // export (its formats are in cli/export_formats.h)
 
 // The database file the command works on: --db, else the one in the data folder.
 std::string databasePath(const Context& context);

@@ -23,6 +23,7 @@ const CommandTable& commands() {
     addSearchCommands(t);
     addAnalysisCommands(t);
     addScanCommands(t);
+    addExportCommands(t);
     return t;
   }();
   return table;
@@ -97,7 +98,7 @@ int runCommand(const std::string& name, const std::vector<std::string>& args, co
     return kExitUsage;
   }
   for (const std::string& a : args) {
-    if (a == "--") break;
+    if (a == "--" || it->second.handlesHelp) break;
     if (a == "--help" || a == "-h") {
       std::fputs(it->second.help, stdout);
       return kExitOk;
