@@ -67,12 +67,14 @@ std::string fileName(Date when, std::string_view reason) {
   return "Catalogs_" + std::string(stamp) + "_" + std::string(reason) + ".sqlite";
 }
 
-fs::path backupNow(CatalogDB& store, std::string_view reason) {
+fs::path backupNow(CatalogDB& store, std::string_view reason) { return backupNow(store, reason, fs::path()); }
+
+fs::path backupNow(CatalogDB& store, std::string_view reason, const fs::path& spare) {
   Date now = Date::now();
   fs::path file = AppPaths::backups() / fileName(now, reason);
   store.db().backup(file.string());
   setLastBackup(now);
-  prune();
+  prune(spare);
   return file;
 }
 
@@ -117,8 +119,16 @@ std::vector<fs::path> list() {
   return out;
 }
 
-void prune() {
+void prune() { prune(fs::path()); }
+
+void prune(const fs::path& spare) {
   std::vector<fs::path> backups = list();
+  if (!spare.empty()) {
+    std::erase_if(backups, [&](const fs::path& file) {
+      std::error_code ec;
+      return fs::equivalent(file, spare, ec);
+    });
+  }
   size_t keep = static_cast<size_t>(keepCount());
   for (size_t i = keep; i < backups.size(); ++i) {
     std::error_code ignored;

@@ -32,6 +32,10 @@ std::string fileName(Date when, std::string_view reason);
 // Copies the live database to AppPaths::backups() / fileName(now, reason) with SQLite's online backup;
 // then sets lastBackup and prunes. Returns the new file. Throws DBError when the copy fails.
 std::filesystem::path backupNow(CatalogDB& store, std::string_view reason = "manual");
+// The same, but the prune spares `spare` (the file chosen for a restore, which may be the oldest backup
+// and would otherwise be deleted by the safety backup made just before it is read).
+std::filesystem::path backupNow(CatalogDB& store, std::string_view reason,
+                                const std::filesystem::path& spare);
 
 // Whether the daily backup is due at `now`: enabled, a store present, no backup in the last 20 hours,
 // and at least one catalog (a failed count counts as 0).
@@ -42,6 +46,8 @@ std::vector<std::filesystem::path> list();
 
 // Deletes every backup past the newest keepCount(); failed deletes are ignored.
 void prune();
+// The same, but `spare` is never deleted and does not count toward keepCount().
+void prune(const std::filesystem::path& spare);
 
 // Opens `file` as a database and counts its catalogs; throws DBError when it is not a usable backup.
 void checkBackupFile(const std::filesystem::path& file);

@@ -95,6 +95,27 @@ TEST_F(BackupFilesTest, TheEleventhBackupDeletesTheOldestByModificationDate) {
   EXPECT_EQ(listed[2], old[0]);
 }
 
+TEST_F(BackupFilesTest, TheSafetyBackupBeforeARestoreSparesTheChosenFile) {
+  CatalogDB store(AppPaths::database().string());
+  addCatalog(store, "Photos");
+  BackupManager::setKeepCount(2);
+  std::vector<fs::path> old;
+  for (int i = 0; i < 2; ++i) {
+    old.push_back(AppPaths::backups() / BackupManager::fileName(Date::fromSeconds(1600000000.0 + i), "auto"));
+    store.db().backup(old.back().string());
+    setAge(old.back(), std::chrono::hours(10 - i));
+  }
+  // The oldest backup is the one chosen: the safety copy would otherwise push it out before it is read.
+  fs::path safety = BackupManager::backupNow(store, "before-restore", old[0]);
+  EXPECT_TRUE(fs::exists(old[0]));
+  EXPECT_TRUE(fs::exists(old[1]));
+  EXPECT_TRUE(fs::exists(safety));
+  // Without the spare, the oldest goes.
+  BackupManager::prune();
+  EXPECT_FALSE(fs::exists(old[0]));
+  EXPECT_EQ(BackupManager::list(), (std::vector<fs::path>{safety, old[1]}));
+}
+
 TEST_F(BackupFilesTest, ASecondBackupInTheSameSecondReplacesTheFirst) {
   CatalogDB store(AppPaths::database().string());
   addCatalog(store, "Photos");
