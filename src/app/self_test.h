@@ -7,7 +7,7 @@
 
 namespace orrelin {
 
-// Runs every check in a fresh folder under the system's temporary folder, with XDG_DATA_HOME and
+// Runs every check in a fresh folder under $TMPDIR (when absolute, else /tmp), with XDG_DATA_HOME and
 // XDG_CONFIG_HOME pointing into it for the duration (the user's own data and settings are never
 // touched; both variables are restored afterwards, and the folder is removed). Prints "ok   <name>" or
 // "FAIL <name>: <reason>" for each check, then "N passed, M failed". Returns 0 when every check passed,

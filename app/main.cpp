@@ -1,0 +1,90 @@
+// orrelin: the desktop program. "--selftest" runs the built-in checks without any window; otherwise the
+// Qt application starts, always dark.
+#include <QApplication>
+#include <QColor>
+#include <QPalette>
+#include <QString>
+#include <QStyleFactory>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <string>
+
+#include "app/self_test.h"
+#include "core/app_info.h"
+
+namespace {
+
+std::string versionText() {
+  return std::string(orrelin::AppInfo::name) + " " + orrelin::AppInfo::version() + " (build " +
+         orrelin::AppInfo::build() + ")";
+}
+
+QString qstring(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+// The program has no light look, whatever the desktop's setting: Fusion with a dark palette.
+void makeDark(QApplication& app) {
+  app.setStyle(QStyleFactory::create("Fusion"));
+  QPalette dark;
+  const QColor window(0x1c, 0x1d, 0x21), base(0x14, 0x15, 0x18), text(0xe8, 0xe8, 0xea);
+  const QColor accent(0x4f, 0x9d, 0xff), muted(0x7a, 0x7c, 0x84);
+  dark.setColor(QPalette::Window, window);
+  dark.setColor(QPalette::WindowText, text);
+  dark.setColor(QPalette::Base, base);
+  dark.setColor(QPalette::AlternateBase, window);
+  dark.setColor(QPalette::ToolTipBase, base);
+  dark.setColor(QPalette::ToolTipText, text);
+  dark.setColor(QPalette::PlaceholderText, muted);
+  dark.setColor(QPalette::Text, text);
+  dark.setColor(QPalette::Button, QColor(0x2a, 0x2c, 0x31));
+  dark.setColor(QPalette::ButtonText, text);
+  dark.setColor(QPalette::BrightText, Qt::white);
+  dark.setColor(QPalette::Link, accent);
+  dark.setColor(QPalette::Highlight, accent);
+  dark.setColor(QPalette::HighlightedText, Qt::black);
+  for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    dark.setColor(QPalette::Disabled, role, muted);
+  app.setPalette(dark);
+}
+
+const char* const kUsage =
+    "usage: orrelin [--selftest | --version | --help]\n"
+    "\n"
+    "  --selftest  run the built-in checks in a temporary folder, without a window; exit status 0 when\n"
+    "              all passed, 1 otherwise. The user's catalogs and settings are not touched.\n"
+    "  --version   the program's version and build\n"
+    "\n"
+    "For terminals and scripts there is orrelin-cli.\n";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // Exact equality, anywhere on the command line, and before anything that needs a display.
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--selftest") == 0) return orrelin::runSelfTest(std::cout);
+  }
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--version") == 0) {
+      std::printf("%s\n", versionText().c_str());
+      return 0;
+    }
+    if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
+      std::fputs(kUsage, stdout);
+      return 0;
+    }
+  }
+
+  QApplication app(argc, argv);
+  QApplication::setApplicationName(qstring(orrelin::AppInfo::name));
+  QApplication::setApplicationDisplayName(qstring(orrelin::AppInfo::name));
+  QApplication::setOrganizationName(qstring(orrelin::AppInfo::company));
+  QApplication::setApplicationVersion(QString::fromStdString(orrelin::AppInfo::version()));
+  QApplication::setQuitOnLastWindowClosed(true);
+  makeDark(app);
+
+  std::printf("%s: the main window arrives in a later version. Until then, use orrelin-cli.\n",
+              versionText().c_str());
+  return 0;
+}
