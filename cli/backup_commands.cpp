@@ -122,6 +122,8 @@ int restore(const std::vector<std::string>& argv, const Context& context) {
   if (args.positionals().size() != 1) return usageError("restore", "needs exactly one backup FILE");
   const fs::path file = args.positionals().front();
   const fs::path database = databasePath(context);
+  std::error_code ec;
+  if (fs::equivalent(file, database, ec)) return restoreFailed("It is the catalog database itself.");
 
   // A database that does not open is no reason to refuse: a restore is the way to mend it. There is
   // nothing to copy for safety then.

@@ -62,6 +62,10 @@ grep -q "Restore Failed: That file could not be used as a backup. Database error
 out=$("$cli" restore "$ORRELIN_SCRATCH/absent.sqlite" 2>&1); status=$?
 [ $status -eq 1 ] || fail "missing file exited $status: $out"
 [ -e "$ORRELIN_SCRATCH/absent.sqlite" ] && fail "restore created the missing file"
+out=$("$cli" restore "$XDG_DATA_HOME/TVRL Orrelin/Catalogs.sqlite" 2>&1); status=$?
+[ $status -eq 1 ] || fail "restoring the database onto itself exited $status: $out"
+grep -q "It is the catalog database itself" <<<"$out" || fail "self restore: $out"
+"$cli" list | grep -q "Studio Tree" || fail "catalogs lost after restoring the database onto itself"
 out=$("$cli" restore 2>&1); status=$?
 [ $status -eq 2 ] || fail "restore without a file exited $status"
 "$cli" restore --help | grep -q "safety backup" || fail "help does not mention the safety backup"
