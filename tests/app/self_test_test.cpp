@@ -38,7 +38,8 @@ TEST(SelfTest, PassesInAFolderOfItsOwnAndPutsTheEnvironmentBack) {
   ASSERT_GE(printed.size(), 7u) << out.str();
   for (size_t i = 0; i + 1 < printed.size(); ++i) EXPECT_TRUE(printed[i].starts_with("ok   ")) << printed[i];
   EXPECT_EQ(printed.back(), std::to_string(printed.size() - 1) + " passed, 0 failed");
-  for (const char* name : {"ok   schema", "ok   scan", "ok   search", "ok   plan dry run", "ok   backup"})
+  for (const char* name : {"ok   schema", "ok   scan", "ok   search", "ok   plan dry run", "ok   backup",
+                           "ok   export and import"})
     EXPECT_NE(std::find(printed.begin(), printed.end(), name), printed.end()) << name << "\n" << out.str();
 
   EXPECT_EQ(std::string(::getenv("XDG_DATA_HOME")), (base.path() / "users-data").string());
