@@ -56,7 +56,8 @@ QUrl webAddress(const QString& text) {
   // One letter is a Windows drive ("C:\\x"), not a scheme.
   if (!url.isValid() || url.isRelative() || url.scheme().size() < 2) return {};
   const QString scheme = url.scheme().toLower();
-  if ((scheme == QLatin1String("http") || scheme == QLatin1String("https")) && url.host().isEmpty()) return {};
+  if ((scheme == QLatin1String("http") || scheme == QLatin1String("https")) && url.host().isEmpty())
+    return {};
   return url;
 }
 

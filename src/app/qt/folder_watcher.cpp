@@ -4,8 +4,10 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <unistd.h>
 
 #include <QSocketNotifier>
@@ -65,6 +67,22 @@ void listSubfolders(int fd, std::vector<std::string>& out) {
   }
 }
 
+// True for the filesystems that give a folder two links plus one for each subfolder (the ".." in it), so
+// that a folder with two links holds no folder. Others (btrfs, FAT, NTFS, network shares) make no such
+// promise, and every folder of theirs is listed.
+bool countsSubfolderLinks(int dirFD) {
+  struct statfs fs {};
+  if (fstatfs(dirFD, &fs) != 0) return false;
+  switch (static_cast<unsigned long>(fs.f_type)) {
+    case EXT4_SUPER_MAGIC:  // Also ext2 and ext3.
+    case TMPFS_MAGIC:
+    case XFS_SUPER_MAGIC:
+      return true;
+    default:
+      return false;
+  }
+}
+
 std::string joinPath(const std::string& folder, const std::string& name) {
   return folder.ends_with('/') ? folder + name : folder + "/" + name;
 }
@@ -84,8 +102,8 @@ struct FolderWatcher::Impl {
   std::function<void()> onChange;
 
   int fd = -1;
-  int rootWatch = -1;    // -1 while the root is gone.
-  int parentWatch = -1;  // -1 when the root has no parent or it cannot be watched.
+  int rootWatch = -1;                       // -1 while the root is gone.
+  int parentWatch = -1;                     // -1 when the root has no parent or it cannot be watched.
   std::unordered_map<int, Folder> folders;  // By watch descriptor.
   bool limitReached = false;
   bool stopped = false;
@@ -127,26 +145,35 @@ void FolderWatcher::Impl::watchBelow(int top, std::string topPath, bool resync) 
     int watch;
     std::string path;
     dev_t parentDevice;
+    bool countsLinks;  // The filesystem of its parent counts subfolder links.
   };
   std::vector<Pending> pending;
-  pending.push_back({top, std::move(topPath), /*parentDevice=*/0});  // 0: the top is always checked.
+  pending.push_back({top, std::move(topPath), /*parentDevice=*/0, false});  // 0: the top is always checked.
   std::vector<std::string> names;
   bool full = false;
   while (!pending.empty() && !full) {
     Pending folder = std::move(pending.back());
     pending.pop_back();
-    const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | (folder.watch == rootWatch ? 0 : O_NOFOLLOW);
+    const int flags =
+        O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | (folder.watch == rootWatch ? 0 : O_NOFOLLOW);
     const int dirFD = ::open(folder.path.c_str(), flags);
     if (dirFD < 0) continue;
     struct stat st {};
-    // A pseudo filesystem mounted in the tree (a root of "/" holds /proc) is watched at its top only.
-    if (fstat(dirFD, &st) != 0 || (st.st_dev != folder.parentDevice && isPseudoFilesystem(dirFD))) {
+    bool countsLinks = folder.countsLinks;
+    if (fstat(dirFD, &st) != 0) {
       ::close(dirFD);
       continue;
     }
+    if (st.st_dev != folder.parentDevice) {
+      // A pseudo filesystem mounted in the tree (a root of "/" holds /proc) is watched at its top only.
+      if (isPseudoFilesystem(dirFD)) {
+        ::close(dirFD);
+        continue;
+      }
+      countsLinks = countsSubfolderLinks(dirFD);
+    }
     names.clear();
     listSubfolders(dirFD, names);
-    ::close(dirFD);
     for (std::string& name : names) {
       std::string path = joinPath(folder.path, name);
       const int watch = inotify_add_watch(fd, path.c_str(), kBelowRootMask);
@@ -158,14 +185,23 @@ void FolderWatcher::Impl::watchBelow(int top, std::string topPath, bool resync) 
         continue;  // Gone, unreadable or a name too long to reach: its branch goes unwatched.
       }
       auto known = folders.find(watch);
-      if (known == folders.end()) {
+      const bool isNew = known == folders.end();
+      if (isNew) {
         folders[folder.watch].children.push_back(watch);
-        folders.emplace(watch, Folder{folder.watch, std::move(name), {}});
-        pending.push_back({watch, std::move(path), st.st_dev});
-      } else if (resync && known->second.parent == folder.watch && known->second.name == name) {
-        pending.push_back({watch, std::move(path), st.st_dev});
+        folders.emplace(watch, Folder{folder.watch, name, {}});
+      } else if (!resync || known->second.parent != folder.watch || known->second.name != name) {
+        continue;  // Met again through a bind mount: already watched where it was met first.
       }
+      // Most folders hold no folder. Where the link count says so, the folder is not even opened. Its
+      // watch is already in place, so a subfolder made from now on is reported.
+      struct stat child {};
+      if (countsLinks && fstatat(dirFD, name.c_str(), &child, AT_SYMLINK_NOFOLLOW) == 0 &&
+          child.st_dev == st.st_dev && child.st_nlink == 2) {
+        continue;
+      }
+      pending.push_back({watch, std::move(path), st.st_dev, countsLinks});
     }
+    ::close(dirFD);
   }
 }
 
