@@ -1,5 +1,6 @@
 // Watches a folder tree for changes with inotify and reports, on the main thread, only that something
-// below the root changed. Events are coalesced: one report per quiet spell of about 3 seconds.
+// below the root changed. Events are coalesced: a report comes about 3 seconds after the first event of
+// a batch, and covers everything that happened meanwhile.
 #pragma once
 
 #include <QObject>
