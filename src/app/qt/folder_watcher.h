@@ -1,8 +1,10 @@
 // Watches a folder tree for changes with inotify and reports, on the main thread, only that something
-// below the root changed. Events are coalesced: one report per quiet spell of about 3 seconds.
+// below the root changed. Events are coalesced: a report comes about 3 seconds after the first event of
+// a batch, and covers everything that happened meanwhile.
 #pragma once
 
 #include <QObject>
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -31,6 +33,9 @@ class FolderWatcher : public QObject {
   const std::filesystem::path& path() const;
   // Number of folders watched now (for tests and the benchmark).
   std::size_t watchedFolderCount() const;
+  // True when the per-user inotify watch limit (fs.inotify.max_user_watches) stopped the watcher from
+  // watching every folder; changes in the folders left out go unnoticed until a rescan.
+  bool watchLimitReached() const;
 
  private:
   struct Impl;
