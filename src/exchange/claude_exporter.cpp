@@ -42,8 +42,10 @@ void writeAtomically(const fs::path& target, const std::string& contents) {
   for (size_t done = 0; error == 0 && done < contents.size();) {
     ssize_t n = ::write(fd, contents.data() + done, contents.size() - done);
     if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) error = n < 0 ? errno : ENOSPC;
-    else done += static_cast<size_t>(n);
+    if (n <= 0)
+      error = n < 0 ? errno : ENOSPC;
+    else
+      done += static_cast<size_t>(n);
   }
   // mkstemp makes the file readable by its owner alone; an export is an ordinary document.
   if (error == 0 && ::fchmod(fd, 0644) != 0) error = errno;
@@ -153,10 +155,17 @@ fs::path bundleFolder(const fs::path& parent, const std::string& catalogName, Da
 
 json record(const FileRecord& file, const Catalog& catalog) {
   json out = {
-      {"catalog", catalog.name}, {"path", file.path},           {"name", file.name},
-      {"ext", file.ext},         {"kind", std::string(file.kindName())},     {"uti", file.uti},
-      {"is_folder", file.isDir}, {"size", file.size},           {"tags", file.tags},
-      {"label", std::string(FinderLabel::name(file.label))},                 {"hidden", file.hidden},
+      {"catalog", catalog.name},
+      {"path", file.path},
+      {"name", file.name},
+      {"ext", file.ext},
+      {"kind", std::string(file.kindName())},
+      {"uti", file.uti},
+      {"is_folder", file.isDir},
+      {"size", file.size},
+      {"tags", file.tags},
+      {"label", std::string(FinderLabel::name(file.label))},
+      {"hidden", file.hidden},
   };
   if (file.created) out["created"] = Fmt::iso(*file.created);
   if (file.modified) out["modified"] = Fmt::iso(*file.modified);
@@ -181,11 +190,21 @@ std::string xmlEscape(std::string_view text) {
     if (c < 0x80) {
       ++i;
       switch (c) {
-        case '&': out += "&amp;"; break;
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        case '"': out += "&quot;"; break;
-        case '\'': out += "&apos;"; break;
+        case '&':
+          out += "&amp;";
+          break;
+        case '<':
+          out += "&lt;";
+          break;
+        case '>':
+          out += "&gt;";
+          break;
+        case '"':
+          out += "&quot;";
+          break;
+        case '\'':
+          out += "&apos;";
+          break;
         default:
           if (c >= 32 || c == '\t' || c == '\n' || c == '\r') out += static_cast<char>(c);
       }

@@ -29,7 +29,14 @@ bool breaksElsewhere(const std::string& name) {
   for (char c : name) {
     if (static_cast<unsigned char>(c) < 32) return true;
     switch (c) {
-      case '<': case '>': case ':': case '"': case '\\': case '|': case '?': case '*':
+      case '<':
+      case '>':
+      case ':':
+      case '"':
+      case '\\':
+      case '|':
+      case '?':
+      case '*':
         return true;
       default:
         break;
@@ -92,7 +99,8 @@ std::vector<Problem> namingProblems(const std::vector<FileRecord>& files) {
     auto add = [&](const char* category, std::string detail) {
       problems.push_back({category, f.path, std::move(detail)});
     };
-    if (trimWhitespaceAndNewlines(name) != name) add("Leading or trailing spaces", "\u201C" + name + "\u201D");
+    if (trimWhitespaceAndNewlines(name) != name)
+      add("Leading or trailing spaces", "\u201C" + name + "\u201D");
     if (breaksElsewhere(name)) add("Characters that break on Windows/web servers", name);
     if (name.find("  ") != std::string::npos) add("Double spaces", name);
     if (size_t n = characterCount(name); n >= kLongName) {
@@ -101,7 +109,8 @@ std::vector<Problem> namingProblems(const std::vector<FileRecord>& files) {
     if (size_t n = characterCount(f.path); n >= kLongPath) {
       add("Very long paths (over 255 characters)", std::to_string(n) + " characters");
     }
-    if (!f.isDir && f.ext.empty() && (name.empty() || name[0] != '.')) add("Files without an extension", name);
+    if (!f.isDir && f.ext.empty() && (name.empty() || name[0] != '.'))
+      add("Files without an extension", name);
     if (looksLikeCopy(lower)) add("Names that look like accidental copies", name);
     if (f.isDir && f.itemCount == 0) add("Empty folders", "");
 

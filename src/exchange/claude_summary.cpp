@@ -47,9 +47,9 @@ class CaseInsensitiveOrder {
   bool less(const std::string& a, const std::string& b) const {
     if (m_collator) {
       UErrorCode status = U_ZERO_ERROR;
-      UCollationResult r = m_collator->compareUTF8(icu::StringPiece(a.data(), static_cast<int32_t>(a.size())),
-                                                   icu::StringPiece(b.data(), static_cast<int32_t>(b.size())),
-                                                   status);
+      UCollationResult r =
+          m_collator->compareUTF8(icu::StringPiece(a.data(), static_cast<int32_t>(a.size())),
+                                  icu::StringPiece(b.data(), static_cast<int32_t>(b.size())), status);
       if (U_SUCCESS(status) && r != UCOL_EQUAL) return r == UCOL_LESS;
     }
     return a < b;
@@ -66,9 +66,12 @@ std::string cell(const std::string& text) {
   std::string out;
   out.reserve(text.size());
   for (char c : text) {
-    if (c == '|') out += "\\|";
-    else if (c == '\n' || c == '\r') out += ' ';
-    else out += c;
+    if (c == '|')
+      out += "\\|";
+    else if (c == '\n' || c == '\r')
+      out += ' ';
+    else
+      out += c;
   }
   return out;
 }
@@ -135,7 +138,8 @@ void kindsSection(std::string& out, const std::vector<FileRecord>& files) {
   }
   std::vector<Kind> kinds;
   for (auto& [name, kind] : byKind) kinds.push_back(kind);
-  std::stable_sort(kinds.begin(), kinds.end(), [](const Kind& a, const Kind& b) { return a.bytes > b.bytes; });
+  std::stable_sort(kinds.begin(), kinds.end(),
+                   [](const Kind& a, const Kind& b) { return a.bytes > b.bytes; });
   out += "## File types\n\n| Kind | Files | Size | Share of space |\n|---|---:|---:|---:|\n";
   for (const Kind& k : kinds) {
     out += "| " + k.name + " | " + Fmt::count(k.files) + " | " + Fmt::size(k.bytes) + " | " +
@@ -167,8 +171,9 @@ class FolderTree {
     std::vector<const FileRecord*>& all = found->second;
     const size_t shown = std::min(all.size(), kTreeEntriesPerLevel);
     // Only the entries shown need their places: the first 60 by name, in order.
-    std::partial_sort(all.begin(), all.begin() + static_cast<long>(shown), all.end(),
-                      [&](const FileRecord* a, const FileRecord* b) { return m_order.less(a->name, b->name); });
+    std::partial_sort(
+        all.begin(), all.begin() + static_cast<long>(shown), all.end(),
+        [&](const FileRecord* a, const FileRecord* b) { return m_order.less(a->name, b->name); });
     const bool cut = all.size() > kTreeEntriesPerLevel;
     for (size_t i = 0; i < shown; ++i) {
       const FileRecord& f = *all[i];
@@ -219,7 +224,8 @@ std::vector<const FileRecord*> largest(const std::vector<FileRecord>& files, boo
 void largestSections(std::string& out, const std::vector<FileRecord>& files) {
   out += "## Largest folders\n\n| Folder | Size | Items |\n|---|---:|---:|\n";
   for (const FileRecord* f : largest(files, true, kLargest)) {
-    out += "| " + cell(code(f->path)) + " | " + Fmt::size(f->size) + " | " + Fmt::count(f->itemCount) + " |\n";
+    out +=
+        "| " + cell(code(f->path)) + " | " + Fmt::size(f->size) + " | " + Fmt::count(f->itemCount) + " |\n";
   }
   out += "\n## Largest files\n\n| File | Size | Modified |\n|---|---:|---|\n";
   for (const FileRecord* f : largest(files, false, kLargest)) {
@@ -266,7 +272,8 @@ void problemsSection(std::string& out, const std::vector<FileRecord>& files) {
       out += "\n";
     }
     if (list.size() > kProblemsPerCategory) {
-      out += "- \u2026 and " + Fmt::count(static_cast<int64_t>(list.size() - kProblemsPerCategory)) + " more\n";
+      out +=
+          "- \u2026 and " + Fmt::count(static_cast<int64_t>(list.size() - kProblemsPerCategory)) + " more\n";
     }
     out += "\n";
   }
@@ -274,7 +281,8 @@ void problemsSection(std::string& out, const std::vector<FileRecord>& files) {
 
 }  // namespace
 
-std::string summary(const Catalog& catalog, const std::vector<FileRecord>& files, CatalogDB& store, Date now) {
+std::string summary(const Catalog& catalog, const std::vector<FileRecord>& files, CatalogDB& store,
+                    Date now) {
   std::string out;
   out += "# Drive summary: " + catalog.name + "\n\n";
   out += "_" + credit() + ". Generated " + Fmt::date(now) + "._\n\n";

@@ -158,7 +158,8 @@ TEST_F(ClaudeExportTest, BundleNameIsOneFolderAndNeverAnEarlierExport) {
   fs::path first = ClaudeExporter::bundleFolder(parent, "Drive", at);
   EXPECT_EQ(first, parent / ClaudeExporter::bundleName("Drive", at));
   fs::create_directories(first);
-  EXPECT_EQ(ClaudeExporter::bundleFolder(parent, "Drive", at).filename().string(), first.filename().string() + " 2");
+  EXPECT_EQ(ClaudeExporter::bundleFolder(parent, "Drive", at).filename().string(),
+            first.filename().string() + " 2");
 }
 
 TEST_F(ClaudeExportTest, FailedWriteStopsTheExportAndKeepsWhatWasWritten) {
@@ -177,7 +178,8 @@ TEST_F(ClaudeExportTest, FailedWriteStopsTheExportAndKeepsWhatWasWritten) {
   EXPECT_TRUE(fs::is_regular_file(target / "files.jsonl"));
   EXPECT_TRUE(fs::is_directory(target / "catalog.xml" / "inside"));
   EXPECT_FALSE(fs::exists(target / "SUMMARY.md"));
-  EXPECT_EQ(std::distance(fs::directory_iterator(target), fs::directory_iterator()), 2) << "no temporary left";
+  EXPECT_EQ(std::distance(fs::directory_iterator(target), fs::directory_iterator()), 2)
+      << "no temporary left";
 
   // A file where the folder should be.
   testing::writeFile(m_dir.path() / "out" / "plain", "x");

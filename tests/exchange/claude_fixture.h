@@ -15,9 +15,7 @@ namespace orrelin::testing {
 class ClaudeExportTest : public ScanTest {
  protected:
   // Writes a file of `size` bytes at the tree-relative `path`, given as the raw bytes of the name.
-  void put(const std::string& path, size_t size = 1) {
-    writeFile(tree / path, std::string(size, 'x'));
-  }
+  void put(const std::string& path, size_t size = 1) { writeFile(tree / path, std::string(size, 'x')); }
   void folder(const std::string& path) { fs::create_directories(tree / path); }
 
   // Scans the tree as a new catalog (hidden entries too, when asked) and returns it as stored.

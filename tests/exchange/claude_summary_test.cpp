@@ -103,9 +103,9 @@ TEST_F(ClaudeExportTest, FolderTreeShowsThreeLevelsAndSixtyFoldersALevel) {
 
   std::string item1 = Fmt::count(1) + " item, ";
   EXPECT_NE(shown.find("```\n" + c.name + "/\n\u251C\u2500\u2500 Deep/  (" + item1 + Fmt::size(2000) +
-                      ")\n\u2502   \u2514\u2500\u2500 L1/  (" + item1 + Fmt::size(2000) +
-                      ")\n\u2502       \u2514\u2500\u2500 L2/  (" + Fmt::count(2) + " items, " + Fmt::size(2000) +
-                      ")\n\u251C\u2500\u2500 Exact/"),
+                       ")\n\u2502   \u2514\u2500\u2500 L1/  (" + item1 + Fmt::size(2000) +
+                       ")\n\u2502       \u2514\u2500\u2500 L2/  (" + Fmt::count(2) + " items, " +
+                       Fmt::size(2000) + ")\n\u251C\u2500\u2500 Exact/"),
             std::string::npos)
       << shown;
   EXPECT_EQ(shown.find("L3/"), std::string::npos) << "a fourth level of folders is not shown";
@@ -117,9 +117,11 @@ TEST_F(ClaudeExportTest, FolderTreeShowsThreeLevelsAndSixtyFoldersALevel) {
   EXPECT_NE(shown.find("\n    \u2514\u2500\u2500 \u2026 1 more folders\n```"), std::string::npos) << shown;
   // Exactly 60: the last one closes the list.
   EXPECT_EQ(countOf(shown, "\u2502   \u251C\u2500\u2500 e1"), 59u);
-  EXPECT_NE(shown.find("\u2502   \u2514\u2500\u2500 e159/  (" + Fmt::count(0) + " items, "), std::string::npos);
+  EXPECT_NE(shown.find("\u2502   \u2514\u2500\u2500 e159/  (" + Fmt::count(0) + " items, "),
+            std::string::npos);
   // Names in order ignoring case; the last top-level folder closes the tree.
-  EXPECT_NE(shown.find("Order/  (" + Fmt::count(3) + " items, " + Fmt::size(0) + ")\n\u2502   \u251C\u2500\u2500 A/"),
+  EXPECT_NE(shown.find("Order/  (" + Fmt::count(3) + " items, " + Fmt::size(0) +
+                       ")\n\u2502   \u251C\u2500\u2500 A/"),
             std::string::npos);
   EXPECT_LT(shown.find("\u251C\u2500\u2500 b/"), shown.find("\u2514\u2500\u2500 c/"));
   EXPECT_NE(shown.find("\u2514\u2500\u2500 Wide/"), std::string::npos);
@@ -131,8 +133,8 @@ TEST_F(ClaudeExportTest, NamingProblemsFollowTheirRules) {
   put("a:b.txt");
   put("ctl\x01name.txt");
   put("two  spaces.txt");
-  put(std::string(116, 'n') + ".txt");  // 120 characters.
-  put(std::string(117, 'm') + ".txt");  // 121 characters.
+  put(std::string(116, 'n') + ".txt");                                                      // 120 characters.
+  put(std::string(117, 'm') + ".txt");                                                      // 121 characters.
   std::string deep = "Paths/" + std::string(100, 'p') + "/" + std::string(100, 'q') + "/";  // 208 characters.
   put(deep + std::string(43, 's') + ".txt");  // A path of 255 characters.
   put(deep + std::string(44, 't') + ".txt");  // 256.
