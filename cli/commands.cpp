@@ -25,6 +25,7 @@ const CommandTable& commands() {
     addScanCommands(t);
     addExportCommands(t);
     addBackupCommands(t);
+    addSampleCommands(t);
     return t;
   }();
   return table;
