@@ -214,6 +214,8 @@
   // ---- Tables ----
 
   var DEFAULT_COLS = [["Name", 2], ["Kind", 5], ["Size", 4], ["Modified", 6]];
+  // Column widths by row index; the name (and anything else) takes what is left.
+  var WIDTHS = { 4: "104px", 5: "112px", 6: "136px", 9: "84px", 10: "minmax(0, 180px)", "-1": "minmax(0, 180px)" };
 
   function compareBy(idx) {
     return function (a, b) {
@@ -242,8 +244,7 @@
 
   function nameCell(td, r, opts, openMedia) {
     td.className = "nm";
-    var wrap = el("div", "cell");
-    wrap.appendChild(iconCell(r));
+    td.appendChild(iconCell(r));
     var box = el("div", "nmt");
     var name;
     if (r[3]) {
@@ -259,8 +260,7 @@
     box.appendChild(name);
     var line = opts.showPath ? (opts.showCat ? r.cat.name + " — " : "") + pathOf(r) : r[8];
     if (line) box.appendChild(el("small", null, line));
-    wrap.appendChild(box);
-    td.appendChild(wrap);
+    td.appendChild(box);
   }
 
   function fillCell(td, r, idx) {
@@ -280,12 +280,12 @@
     var cols = opts.cols || DEFAULT_COLS;
     var list = rows, sortIdx = null;
     var t = el("table", "list");
-    var colgroup = el("colgroup");
+    // Rows are grids over one column template (see the stylesheet), which lets the browser skip the
+    // layout of rows that are off screen.
+    t.style.setProperty("--cols", cols.map(function (col) { return WIDTHS[col[1]] || "minmax(0, 1fr)"; }).join(" "));
     var hr = el("tr");
     var heads = [];
     cols.forEach(function (col) {
-      var c = el("col", "c" + (col[1] < 0 ? "cat" : col[1]));
-      colgroup.appendChild(c);
       var th = el("th", NUMERIC[col[1]] ? "num" : "", col[0]);
       th.tabIndex = 0;
       th.setAttribute("role", "columnheader");
@@ -298,7 +298,7 @@
     });
     var thead = add(el("thead"), hr);
     var tbody = el("tbody");
-    add(t, colgroup, thead, tbody);
+    add(t, thead, tbody);
 
     function openMedia(r) {
       lightbox(list.filter(isMedia), r);
