@@ -215,7 +215,10 @@
 
   var DEFAULT_COLS = [["Name", 2], ["Kind", 5], ["Size", 4], ["Modified", 6]];
   // Column widths by row index; the name (and anything else) takes what is left.
-  var WIDTHS = { 4: "104px", 5: "112px", 6: "136px", 9: "84px", 10: "minmax(0, 180px)", "-1": "minmax(0, 180px)" };
+  // The stylesheet may narrow them on small screens through the variables.
+  var WIDTHS = { 2: "minmax(var(--wname, 0px), 1fr)", 4: "var(--w4, 104px)", 5: "var(--w5, 112px)",
+    6: "var(--w6, 136px)", 9: "var(--w9, 84px)", 10: "minmax(0, var(--wtext, 180px))",
+    "-1": "minmax(0, var(--wtext, 180px))" };
 
   function compareBy(idx) {
     return function (a, b) {
