@@ -34,12 +34,16 @@ before(async () => {
     "Docs/Sizes/e-at.bin": { size: 1_500_000 },
     "shared.dat": { size: 5000 },
     [XSS]: "markup in a name\n",
+    ".secret/inner.txt": "under a hidden folder\n",
   });
   writeTree(b, {
     "SHARED.DAT": { size: 5000 },
     "backup/notes.txt": "notes\n",
+    "backup/clip-copy.mp4": { run: ["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "testsrc=size=160x120:rate=10",
+      "-t", "3", "-pix_fmt", "yuv420p"] },
   });
-  studio = scan(a, "Studio <b>A</b>");
+  // Hidden entries are cataloged but left out of the site: a hidden folder's children stay, cut off.
+  studio = scan(a, "Studio <b>A</b>", "--hidden");
   archive = scan(b, "Archive", "--no-thumbnails");
   ws.cli("export", "web", String(studio), String(archive), "-o", site, "--title", "Drives & <Things>");
   browser = await launch();
@@ -137,6 +141,14 @@ test("typing fast runs one filter, after the pause", async () => {
   assert.deepEqual(await tableNames(), ["old.txt"]);
 });
 
+test("a file under a left-out hidden folder is found by search, with the path it still has", async () => {
+  await open(`catalog-${studio}.html`);
+  assert.ok(!(await texts(page, ".tree .node")).some((t) => t.includes("secret")));
+  await refiltered(page, () => page.fill(".filters .q", "inner"));
+  assert.deepEqual(await tableNames(), ["inner.txt"]);
+  assert.deepEqual(await texts(page, ".list tbody small"), ["inner.txt"]);
+});
+
 test("markup in names shows as text and runs nothing", async () => {
   await open("index.html", "#search");
   await refiltered(page, () => page.fill(".filters .q", "onerror"));
@@ -211,6 +223,7 @@ test("the gallery opens the lightbox, whose keys work only while it is open", as
   const names = await texts(page, ".tile .tn");
   assert.equal(names.length, 4);
   assert.deepEqual(await texts(page, ".tile .badge"), ["▶ 0:02"]);
+  assert.equal(await page.textContent(".tile:has(.badge) .tn"), "clip.mp4");
   // Thumbnails were copied into the site and load from file://.
   await page.waitForFunction(() => [...document.querySelectorAll(".tile img")].every((i) => i.complete));
   const widths = await page.$$eval(".tile img", (imgs) => imgs.map((i) => i.naturalWidth));
@@ -255,6 +268,18 @@ test("the gallery opens the lightbox, whose keys work only while it is open", as
   assert.equal(await page.isDisabled(".lb button:text-is('‹ Prev')"), true);
   assert.equal(await page.isDisabled(".lb button:text-is('Next ›')"), true);
   await page.keyboard.press("Escape");
+});
+
+test("the index gallery shows every drive's pictures; one without a thumbnail shows its glyph", async () => {
+  await open("index.html", "#gallery");
+  assert.equal(await page.textContent(".results .count"), "5 photos and videos");
+  const tile = page.locator(".tile", { hasText: "clip-copy.mp4" });
+  assert.equal(await tile.locator(".glyph").textContent(), "▶");
+  assert.equal(await tile.locator(".badge").textContent(), "▶ 0:03");
+  await tile.click();
+  assert.equal(await page.textContent(".lb.on .lbpic .glyph"), "▶");
+  assert.equal(await page.textContent(".lb.on .where"), "Archive — backup/clip-copy.mp4");
+  assert.match(await page.textContent(".lb.on .lbinfo div"), /^Video · .+ · 160×120 · 0:03$/);
 });
 
 test("duplicates across drives, within a drive, and statistics", async () => {
