@@ -116,8 +116,12 @@ int runService(const Context& context) {
     if (model.toast()) say(*model.toast());
   });
   ScanEngine* scanner = model.scanner();
-  QObject::connect(scanner, &ScanEngine::isRunningChanged, &model, [scanner] {
-    if (scanner->isRunning()) say(QStringLiteral("Updating %1\u2026").arg(nameInQuotes(scanner->catalogName().toStdString())));
+  QObject::connect(scanner, &ScanEngine::isRunningChanged, &model, [scanner, &model] {
+    if (!scanner->isRunning()) return;
+    // The engine names the scan just after it announces that one runs.
+    QTimer::singleShot(0, &model, [scanner] {
+      say(QStringLiteral("Updating %1\u2026").arg(nameInQuotes(scanner->catalogName().toStdString())));
+    });
   });
   QObject::connect(&model, &AppModel::watchedIDsChanged, &model, [&model] { reportWatched(model); });
 

@@ -223,7 +223,9 @@ void AppModel::dismissAlert() {
 }
 
 void AppModel::flash(const QString& text) {
-  setToast(text);
+  // Announced even when the text is the same: it is a new toast, shown afresh.
+  m_toast = text;
+  emit toastChanged();
   // Restarting the timer is the cancel of the old clock: the new toast gets its full time.
   m_toastTimer.start(TestTiming::scaled(kToastDuration));
 }
@@ -236,13 +238,9 @@ void AppModel::setToast(std::optional<QString> text) {
 
 LaunchRequests AppModel::applyLaunchArguments(const QStringList& arguments) {
   LaunchRequests requests;
-  if (LaunchArguments::has(arguments, QStringLiteral("--sample"))) {
-    bool hasSample = false;
-    for (const Catalog& c : m_catalogs) hasSample = hasSample || c.isSample;
-    // CALL POINT: "--sample" loads the demonstration cartridges here (loadSampleData) when none is
-    // loaded yet. The sample data generator is not part of this build yet, so nothing is loaded.
-    (void)hasSample;
-  }
+  // CALL POINT (sample data): "--sample" comes first, and runs loadSampleData() when no catalog in
+  // m_catalogs is a sample one. The sample data generator is not part of this build yet, so the call is
+  // not made and "--sample" does nothing.
   requests.theme = LaunchArguments::value(arguments, QStringLiteral("theme"));
   if (auto value = LaunchArguments::value(arguments, QStringLiteral("section"))) {
     if (auto index = LaunchArguments::match(*value, sectionRawTexts())) setSection(allSections()[*index]);

@@ -16,12 +16,12 @@ QString qs(const std::string& text) { return QString::fromStdString(text); }
 }  // namespace
 
 void AppModel::setWatchedIDs(std::set<int64_t> ids, bool persist) {
-  if (ids != m_watchedIDs) {
-    m_watchedIDs = std::move(ids);
-    emit watchedIDsChanged();
-  }
+  const bool changed = ids != m_watchedIDs;
+  m_watchedIDs = std::move(ids);
   if (persist) WatchedCatalogs::write(m_watchedIDs);
   updateWatchers();
+  // Announced once the watchers are in line, so observers see both agree.
+  if (changed) emit watchedIDsChanged();
 }
 
 void AppModel::reloadWatchedIDs() { setWatchedIDs(WatchedCatalogs::read(), /*persist=*/false); }
