@@ -40,19 +40,6 @@ double seconds(const struct statx_timestamp& t) {
 
 uint64_t deviceOf(const struct statx& st) { return makedev(st.stx_dev_major, st.stx_dev_minor); }
 
-// Filesystems made of the kernel's own state: their trees are not files, and some never end.
-bool isPseudoFilesystem(int fd) {
-  struct statfs fs {};
-  if (fstatfs(fd, &fs) != 0) return false;
-  static constexpr std::array<unsigned long, 14> kPseudo = {
-      PROC_SUPER_MAGIC,  SYSFS_MAGIC,    CGROUP_SUPER_MAGIC, CGROUP2_SUPER_MAGIC, DEBUGFS_MAGIC,
-      TRACEFS_MAGIC,     SECURITYFS_MAGIC, DEVPTS_SUPER_MAGIC, BPF_FS_MAGIC,      PSTOREFS_MAGIC,
-      0x62656570 /* configfs */, 0x65735543 /* fusectl */, 0x19800202 /* mqueue */, BINFMTFS_MAGIC,
-  };
-  const auto type = static_cast<unsigned long>(fs.f_type);
-  return std::find(kPseudo.begin(), kPseudo.end(), type) != kPseudo.end();
-}
-
 int openFolderAt(int dirfd, const char* name) {
   return ::openat(dirfd, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
 }
@@ -109,6 +96,18 @@ bool listFolder(int fd, std::vector<RawName>& out) {
 }
 
 }  // namespace
+
+bool isPseudoFilesystem(int fd) {
+  struct statfs fs {};
+  if (fstatfs(fd, &fs) != 0) return false;
+  static constexpr std::array<unsigned long, 14> kPseudo = {
+      PROC_SUPER_MAGIC,  SYSFS_MAGIC,    CGROUP_SUPER_MAGIC, CGROUP2_SUPER_MAGIC, DEBUGFS_MAGIC,
+      TRACEFS_MAGIC,     SECURITYFS_MAGIC, DEVPTS_SUPER_MAGIC, BPF_FS_MAGIC,      PSTOREFS_MAGIC,
+      0x62656570 /* configfs */, 0x65735543 /* fusectl */, 0x19800202 /* mqueue */, BINFMTFS_MAGIC,
+  };
+  const auto type = static_cast<unsigned long>(fs.f_type);
+  return std::find(kPseudo.begin(), kPseudo.end(), type) != kPseudo.end();
+}
 
 struct TreeWalker::Frame {
   int fd = -1;

@@ -92,6 +92,10 @@ class TreeWalker {
   int64_t m_unreadable = 0;
 };
 
+// True when the open folder `fd` is on a filesystem made of the kernel's own state (/proc, /sys, cgroups,
+// ...): its trees are not files, and some never end.
+bool isPseudoFilesystem(int fd);
+
 // The extension of a file name, lower-cased (ASCII), without the dot; empty for none, and for a name whose
 // only dot is its first character (".profile").
 std::string fileExtension(std::string_view name);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QObject>
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -31,6 +32,9 @@ class FolderWatcher : public QObject {
   const std::filesystem::path& path() const;
   // Number of folders watched now (for tests and the benchmark).
   std::size_t watchedFolderCount() const;
+  // True when the per-user inotify watch limit (fs.inotify.max_user_watches) stopped the watcher from
+  // watching every folder; changes in the folders left out go unnoticed until a rescan.
+  bool watchLimitReached() const;
 
  private:
   struct Impl;
