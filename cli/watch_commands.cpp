@@ -61,7 +61,9 @@ void say(const QString& text) {
   std::fflush(stdout);
 }
 
-QString nameInQuotes(const std::string& name) { return QStringLiteral("\u201C%1\u201D").arg(QString::fromStdString(name)); }
+QString nameInQuotes(const std::string& name) {
+  return QStringLiteral("\u201C%1\u201D").arg(QString::fromStdString(name));
+}
 
 // One line per watched id: where it stands now.
 void reportWatched(const AppModel& model) {
@@ -75,13 +77,19 @@ void reportWatched(const AppModel& model) {
     if (!c) {
       say(QStringLiteral("Cartridge %1 no longer exists; 'orrelin-cli watch remove %1' forgets it.").arg(id));
     } else if (live.count(id)) {
-      say(QStringLiteral("Watching %1 (id %2) at %3").arg(nameInQuotes(c->name)).arg(id).arg(QString::fromStdString(c->rootPath)));
+      say(QStringLiteral("Watching %1 (id %2) at %3")
+              .arg(nameInQuotes(c->name))
+              .arg(id)
+              .arg(QString::fromStdString(c->rootPath)));
     } else if (model.isOnline(id)) {
-      say(QStringLiteral("%1 (id %2) is connected but cannot be watched now; retrying at the next change of mounts")
+      say(QStringLiteral(
+              "%1 (id %2) is connected but cannot be watched now; retrying at the next change of mounts")
               .arg(nameInQuotes(c->name))
               .arg(id));
     } else {
-      say(QStringLiteral("%1 (id %2) is offline; it is updated when its drive is connected").arg(nameInQuotes(c->name)).arg(id));
+      say(QStringLiteral("%1 (id %2) is offline; it is updated when its drive is connected")
+              .arg(nameInQuotes(c->name))
+              .arg(id));
     }
   }
 }
@@ -96,7 +104,8 @@ int runService(const Context& context) {
   Dialogs::setAnswerer([](const Dialogs::Request&) { return Dialogs::Answer::cancel(); });
 
   int fds[2];
-  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, fds) != 0) return failure("could not set up signal handling");
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, fds) != 0)
+    return failure("could not set up signal handling");
   g_signalPipe = fds[0];
   struct sigaction action {};
   action.sa_handler = onStopSignal;
@@ -178,7 +187,8 @@ std::optional<std::vector<Catalog>> findAll(CatalogDB& store, const std::vector<
 }
 
 int save(const std::set<int64_t>& ids) {
-  if (!WatchedCatalogs::write(ids)) return failure("could not write the settings file " + UserDefaults::filePath().string());
+  if (!WatchedCatalogs::write(ids))
+    return failure("could not write the settings file " + UserDefaults::filePath().string());
   return kExitOk;
 }
 

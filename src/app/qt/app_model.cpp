@@ -195,14 +195,17 @@ std::optional<fs::path> AppModel::thumbnailURL(const FileRecord& file) const {
 QString AppModel::offlineMessage(const Catalog& catalog) {
   const QString name = qs(catalog.name);
   if (catalog.isSample) {
-    return QStringLiteral("\u201C%1\u201D is demonstration data, so there is no real drive to open. Catalog one "
-                          "of your own drives to use Reveal in Finder.")
+    return QStringLiteral(
+               "\u201C%1\u201D is demonstration data, so there is no real drive to open. Catalog one "
+               "of your own drives to use Reveal in Finder.")
         .arg(name);
   }
   if (catalog.rootPath.empty())
-    return QStringLiteral("\u201C%1\u201D was imported from a file, so its original location is unknown.").arg(name);
-  return QStringLiteral("Drive offline \u2014 insert \u201C%1\u201D to open this item. You can keep browsing the "
-                        "catalog while the drive is disconnected.")
+    return QStringLiteral("\u201C%1\u201D was imported from a file, so its original location is unknown.")
+        .arg(name);
+  return QStringLiteral(
+             "Drive offline \u2014 insert \u201C%1\u201D to open this item. You can keep browsing the "
+             "catalog while the drive is disconnected.")
       .arg(qs(catalog.displayVolume()));
 }
 
@@ -249,8 +252,9 @@ LaunchRequests AppModel::applyLaunchArguments(const QStringList& arguments) {
   requests.openAbout = LaunchArguments::has(arguments, QStringLiteral("--qa-about"));
   if (LaunchArguments::has(arguments, QStringLiteral("--qa-alert"))) {
     show(QStringLiteral("Drive Offline"),
-         QStringLiteral("Drive offline \u2014 insert \u201CStudio Archive\u201D to open this item. You can keep "
-                        "browsing the catalog while the drive is disconnected."));
+         QStringLiteral(
+             "Drive offline \u2014 insert \u201CStudio Archive\u201D to open this item. You can keep "
+             "browsing the catalog while the drive is disconnected."));
   }
   if (auto value = LaunchArguments::value(arguments, QStringLiteral("tool"))) {
     if (auto index = LaunchArguments::match(*value, toolTabRawTexts())) {
@@ -270,7 +274,8 @@ LaunchRequests AppModel::applyLaunchArguments(const QStringList& arguments) {
     const fs::path root = fs::path(QFile::encodeName(*value).toStdString()).lexically_normal();
     fs::path leaf = root.filename();
     if (leaf.empty()) leaf = root.parent_path().filename();  // A trailing slash.
-    beginScan(root, QString::fromStdString(NameMapping::storedPath(leaf)), std::nullopt, ScanOptions::defaults());
+    beginScan(root, QString::fromStdString(NameMapping::storedPath(leaf)), std::nullopt,
+              ScanOptions::defaults());
   }
   return requests;
 }

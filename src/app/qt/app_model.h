@@ -3,6 +3,7 @@
 // scan engine, the auto-update watchers) and through which the screens act on catalogs. Main thread only.
 #pragma once
 
+#include <QtQml/qqmlregistration.h>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -11,7 +12,6 @@
 #include <QUuid>
 #include <QVariantList>
 #include <QVariantMap>
-#include <QtQml/qqmlregistration.h>
 
 #include <cstdint>
 #include <filesystem>
@@ -87,9 +87,11 @@ class AppModel : public QObject {
   Q_PROPERTY(QVariantMap scanResult READ scanResultMap NOTIFY scanResultChanged)
   Q_PROPERTY(QVariantList collapsedGroups READ collapsedGroupList NOTIFY collapsedGroupsChanged)
   Q_PROPERTY(int dataVersion READ dataVersion NOTIFY dataVersionChanged)
-  // The file the browser shall open at its place (id, catalogID, parentID, path, name, isDir); empty when none.
+  // The file the browser shall open at its place (id, catalogID, parentID, path, name, isDir); empty when
+  // none.
   Q_PROPERTY(QVariantMap pendingRevealFile READ pendingRevealFileMap NOTIFY pendingRevealFileChanged)
-  Q_PROPERTY(QString quickSearchText READ quickSearchText WRITE setQuickSearchText NOTIFY quickSearchTextChanged)
+  Q_PROPERTY(
+      QString quickSearchText READ quickSearchText WRITE setQuickSearchText NOTIFY quickSearchTextChanged)
   Q_PROPERTY(int searchTrigger READ searchTrigger WRITE setSearchTrigger NOTIFY searchTriggerChanged)
   // One map per saved search: id, name.
   Q_PROPERTY(QVariantList savedSearches READ savedSearchList NOTIFY savedSearchesChanged)
@@ -286,7 +288,9 @@ class AppModel : public QObject {
   QVariantList catalogList() const;
   QVariantList groupList() const;
   qint64 selectedCatalogIDValue() const { return m_selectedCatalogID.value_or(-1); }
-  void setSelectedCatalogIDValue(qint64 id) { setSelectedCatalogID(id < 0 ? std::nullopt : std::optional(id)); }
+  void setSelectedCatalogIDValue(qint64 id) {
+    setSelectedCatalogID(id < 0 ? std::nullopt : std::optional(id));
+  }
   QVariantList onlineIDList() const;
   AppAlert alertValue() const { return m_alert.value_or(AppAlert{}); }
   QString toastText() const { return m_toast.value_or(QString()); }

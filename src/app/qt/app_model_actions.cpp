@@ -180,8 +180,9 @@ void AppModel::confirmDelete(const Catalog& catalog) {
   const QString name = qs(catalog.name);
   const int button = Dialogs::ask(
       QStringLiteral("Delete \u201C%1\u201D?").arg(name),
-      QStringLiteral("This removes the catalog and its %1 file records from TVRL Orrelin. Nothing on the drive "
-                     "itself is touched. A backup of your catalogs is made first.")
+      QStringLiteral(
+          "This removes the catalog and its %1 file records from TVRL Orrelin. Nothing on the drive "
+          "itself is touched. A backup of your catalogs is made first.")
           .arg(qs(Fmt::count(catalog.fileCount))),
       {QStringLiteral("Delete Catalog"), QStringLiteral("Cancel")}, /*warning=*/true);
   if (button != 0) return;
@@ -207,16 +208,18 @@ std::optional<QString> AppModel::prompt(const QString& title, const QString& mes
 }
 
 void AppModel::promptRename(const Catalog& catalog) {
-  if (auto name = prompt(QStringLiteral("Rename Catalog"), QStringLiteral("Enter a new name for this cartridge."),
-                         qs(catalog.name), QStringLiteral("Rename")))
+  if (auto name =
+          prompt(QStringLiteral("Rename Catalog"), QStringLiteral("Enter a new name for this cartridge."),
+                 qs(catalog.name), QStringLiteral("Rename")))
     rename(catalog, *name);
 }
 
 void AppModel::promptNewGroup() {
-  if (auto name = prompt(QStringLiteral("New Catalog Group"),
-                         QStringLiteral("Groups keep related drives together \u2014 for example \u201CStudio\u201D, "
-                                        "\u201CPhoto Archive\u201D or \u201CClients\u201D."),
-                         QString(), QStringLiteral("Create Group")))
+  if (auto name =
+          prompt(QStringLiteral("New Catalog Group"),
+                 QStringLiteral("Groups keep related drives together \u2014 for example \u201CStudio\u201D, "
+                                "\u201CPhoto Archive\u201D or \u201CClients\u201D."),
+                 QString(), QStringLiteral("Create Group")))
     createGroup(*name);
 }
 
@@ -253,8 +256,9 @@ void AppModel::revealOrOpen(const FileRecord& file, bool reveal) {
              .arg(name, qs(c->displayVolume())));
   } else {
     show(QStringLiteral("Item Not Found"),
-         QStringLiteral("\u201C%1\u201D is no longer at its cataloged location. Rescan the catalog to bring it "
-                        "up to date.")
+         QStringLiteral(
+             "\u201C%1\u201D is no longer at its cataloged location. Rescan the catalog to bring it "
+             "up to date.")
              .arg(name));
   }
 }
@@ -307,7 +311,8 @@ void AppModel::confirmDelete(qint64 catalogID) {
   if (auto c = catalog(catalogID)) confirmDelete(*c);
 }
 void AppModel::moveCatalog(qint64 catalogID, qint64 groupID) {
-  if (auto c = catalog(catalogID)) moveCatalog(*c, groupID < 0 ? std::nullopt : std::optional<int64_t>(groupID));
+  if (auto c = catalog(catalogID))
+    moveCatalog(*c, groupID < 0 ? std::nullopt : std::optional<int64_t>(groupID));
 }
 void AppModel::renameGroup(qint64 groupID, const QString& name) {
   if (auto g = group(groupID)) renameGroup(*g, name);
@@ -356,8 +361,9 @@ void AppModel::backupNow(const QString& reason, bool silent) {
 void AppModel::restore(const fs::path& backup) {
   const int button = Dialogs::ask(
       QStringLiteral("Restore catalogs from this backup?"),
-      QStringLiteral("Your current catalogs will be replaced with the contents of \u201C%1\u201D. A safety backup "
-                     "of the current state is made first.")
+      QStringLiteral(
+          "Your current catalogs will be replaced with the contents of \u201C%1\u201D. A safety backup "
+          "of the current state is made first.")
           .arg(fileNameText(backup)),
       {QStringLiteral("Restore"), QStringLiteral("Cancel")});
   if (button != 0) return;
@@ -379,7 +385,8 @@ void AppModel::restore(const fs::path& backup) {
       }
     }
     reload();
-    show(QStringLiteral("Restore Failed"), QStringLiteral("That file could not be used as a backup. ") + errorText(error));
+    show(QStringLiteral("Restore Failed"),
+         QStringLiteral("That file could not be used as a backup. ") + errorText(error));
   }
 }
 

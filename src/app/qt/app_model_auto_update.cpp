@@ -38,7 +38,8 @@ void AppModel::toggleWatch(const Catalog& catalog) {
   setWatchedIDs(std::move(ids), /*persist=*/true);
   // Switching on starts the watcher only; changes made before now wait for the next event or arrival.
   if (m_onlineIDs.count(catalog.id))
-    flash(QStringLiteral("Watching \u201C%1\u201D \u2014 changes update the catalog automatically").arg(name));
+    flash(
+        QStringLiteral("Watching \u201C%1\u201D \u2014 changes update the catalog automatically").arg(name));
   else
     flash(QStringLiteral("\u201C%1\u201D will auto-update whenever its drive is connected").arg(name));
 }

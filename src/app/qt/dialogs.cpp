@@ -26,16 +26,21 @@ Answerer& installedAnswerer() {
 // to ask.
 bool canShowWidgets() { return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr; }
 
-QString fromPath(const std::filesystem::path& path) { return QFile::decodeName(QByteArray::fromStdString(path.native())); }
-std::filesystem::path toPath(const QString& text) { return std::filesystem::path(QFile::encodeName(text).toStdString()); }
+QString fromPath(const std::filesystem::path& path) {
+  return QFile::decodeName(QByteArray::fromStdString(path.native()));
+}
+std::filesystem::path toPath(const QString& text) {
+  return std::filesystem::path(QFile::encodeName(text).toStdString());
+}
 
 int showQuestion(const Request& request) {
-  QMessageBox box(request.warning ? QMessageBox::Warning : QMessageBox::Question, request.title, request.title);
+  QMessageBox box(request.warning ? QMessageBox::Warning : QMessageBox::Question, request.title,
+                  request.title);
   box.setInformativeText(request.text);
   QList<QAbstractButton*> buttons;
   for (int i = 0; i < request.buttons.size(); ++i) {
     const bool cancel = request.buttons[i] == QStringLiteral("Cancel");
-    buttons << box.addButton(request.buttons[i], i == 0 ? QMessageBox::AcceptRole
+    buttons << box.addButton(request.buttons[i], i == 0   ? QMessageBox::AcceptRole
                                                  : cancel ? QMessageBox::RejectRole
                                                           : QMessageBox::DestructiveRole);
   }

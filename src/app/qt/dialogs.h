@@ -16,9 +16,9 @@ namespace orrelin::Dialogs {
 struct Request {
   enum class Kind { question, prompt, openPanel, savePanel };
   Kind kind = Kind::question;
-  QString title;    // The question's title; a panel's message.
-  QString text;     // The question's explanation.
-  QStringList buttons;  // Questions and prompts: the buttons, the accepting one first. Panels: the prompt.
+  QString title;         // The question's title; a panel's message.
+  QString text;          // The question's explanation.
+  QStringList buttons;   // Questions and prompts: the buttons, the accepting one first. Panels: the prompt.
   bool warning = false;  // The question is drawn in the warning style.
   QString initial;       // Prompts: the field's starting text. Save panels: the proposed file name.
   std::filesystem::path directory;  // Panels: where they start; empty for the chooser's own choice.

@@ -60,8 +60,9 @@ QStringList sectionRawTexts() {
 }
 
 const std::vector<ToolTab>& allToolTabs() {
-  static const std::vector<ToolTab> all = {ToolTab::claude, ToolTab::plan,    ToolTab::rename, ToolTab::empty,
-                                           ToolTab::largeOld, ToolTab::missing, ToolTab::compare};
+  static const std::vector<ToolTab> all = {ToolTab::claude, ToolTab::plan,     ToolTab::rename,
+                                           ToolTab::empty,  ToolTab::largeOld, ToolTab::missing,
+                                           ToolTab::compare};
   return all;
 }
 

@@ -2,10 +2,10 @@
 // texts the interface shows for them. Their raw texts are also what launch arguments are matched against.
 #pragma once
 
+#include <QtQml/qqmlregistration.h>
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <QtQml/qqmlregistration.h>
 
 #include <vector>
 

@@ -4,8 +4,8 @@
 
 #include "app/qt/launch_arguments.h"
 #include "app/watched_catalogs.h"
-#include "core/name_mapping.h"
 #include "app_fixture.h"
+#include "core/name_mapping.h"
 
 namespace orrelin {
 namespace {
@@ -203,9 +203,10 @@ TEST_F(AppModelTest, LaunchArgumentsMatchPrefixesIgnoringCaseAndRunInOrder) {
   EXPECT_EQ(model->toolTab(), ToolTab::largeOld);
   EXPECT_TRUE(launch.openAbout);
   EXPECT_EQ(alertTitle(), "Drive Offline");
-  EXPECT_EQ(alertMessage(),
-            "Drive offline \u2014 insert \u201CStudio Archive\u201D to open this item. You can keep browsing the "
-            "catalog while the drive is disconnected.");
+  EXPECT_EQ(
+      alertMessage(),
+      "Drive offline \u2014 insert \u201CStudio Archive\u201D to open this item. You can keep browsing the "
+      "catalog while the drive is disconnected.");
   EXPECT_EQ(rawText(AppSection::web), "Web & Export");
   EXPECT_EQ(rawText(ToolTab::compare), "Compare Catalogs");
 }

@@ -107,7 +107,8 @@ TEST_F(AutoUpdateTest, TwoCatalogsChangedTogetherAreRescannedOneAfterTheOther) {
   spin(kSettle);
   EXPECT_EQ(scans, 2);
   EXPECT_EQ(quietScans, 2);
-  EXPECT_EQ((std::set<std::string>(scanned.begin(), scanned.end())), (std::set<std::string>{"Left", "Right"}));
+  EXPECT_EQ((std::set<std::string>(scanned.begin(), scanned.end())),
+            (std::set<std::string>{"Left", "Right"}));
   EXPECT_EQ(toasts.size(), 2u);
   EXPECT_EQ(get(left).fileCount, 2);
   EXPECT_EQ(get(right).fileCount, 3);

@@ -4,8 +4,8 @@
 
 #include "app/backup_manager.h"
 #include "app/watched_catalogs.h"
-#include "organize/qt/rename_pane_state.h"
 #include "app_fixture.h"
+#include "organize/qt/rename_pane_state.h"
 
 namespace orrelin {
 namespace {
@@ -44,9 +44,10 @@ TEST_F(AppModelTest, RenameTrimsAndIgnoresBlanksAndPromptsAskFirst) {
   // Groups: created from the prompt, renamed, removed after the question; their catalogs stay.
   answer(Answer::withText(" Studio "));
   model->promptNewGroup();
-  EXPECT_EQ(requests.back().text,
-            "Groups keep related drives together \u2014 for example \u201CStudio\u201D, \u201CPhoto Archive\u201D "
-            "or \u201CClients\u201D.");
+  EXPECT_EQ(
+      requests.back().text,
+      "Groups keep related drives together \u2014 for example \u201CStudio\u201D, \u201CPhoto Archive\u201D "
+      "or \u201CClients\u201D.");
   ASSERT_EQ(model->groups().size(), 1u);
   const CatalogGroup group = model->groups().front();
   EXPECT_EQ(group.name, "Studio");
@@ -65,8 +66,9 @@ TEST_F(AppModelTest, RenameTrimsAndIgnoresBlanksAndPromptsAskFirst) {
 TEST_F(AppModelTest, ADatabaseFailureIsShownUnderTheActionsTitleWithoutAReload) {
   makeModel();
   const int64_t id = insert("Kept", "");
-  model->store()->db().exec("CREATE TRIGGER no_renames BEFORE UPDATE OF name ON catalogs "
-                            "BEGIN SELECT RAISE(ABORT, 'renames are locked'); END;");
+  model->store()->db().exec(
+      "CREATE TRIGGER no_renames BEFORE UPDATE OF name ON catalogs "
+      "BEGIN SELECT RAISE(ABORT, 'renames are locked'); END;");
   const int version = model->dataVersion();
   model->rename(get(id), "Changed");
   EXPECT_EQ(alertTitle(), "Rename Failed");
@@ -83,19 +85,22 @@ TEST_F(AppModelTest, OfflineMessagesNameTheDriveAndRescanSaysUpdate) {
 
   model->rescan(get(unplugged));
   EXPECT_EQ(alertTitle(), "Drive Offline");
-  EXPECT_EQ(alertMessage(),
-            "Drive offline \u2014 insert \u201CArchive Volume\u201D to update this catalog. You can keep browsing "
-            "the catalog while the drive is disconnected.");
+  EXPECT_EQ(
+      alertMessage(),
+      "Drive offline \u2014 insert \u201CArchive Volume\u201D to update this catalog. You can keep browsing "
+      "the catalog while the drive is disconnected.");
   const QString firstID = model->alert()->id;
 
   // No phrase to replace in the other two reasons: their texts stand as they are.
   model->rescan(get(sample));
   EXPECT_NE(model->alert()->id, firstID);
-  EXPECT_EQ(alertMessage(),
-            "\u201CDJ Crates\u201D is demonstration data, so there is no real drive to open. Catalog one of your "
-            "own drives to use Reveal in Finder.");
+  EXPECT_EQ(
+      alertMessage(),
+      "\u201CDJ Crates\u201D is demonstration data, so there is no real drive to open. Catalog one of your "
+      "own drives to use Reveal in Finder.");
   model->rescan(get(imported));
-  EXPECT_EQ(alertMessage(), "\u201CFrom CSV\u201D was imported from a file, so its original location is unknown.");
+  EXPECT_EQ(alertMessage(),
+            "\u201CFrom CSV\u201D was imported from a file, so its original location is unknown.");
   EXPECT_FALSE(model->scanner()->isRunning());
 
   // Reveal and open on the unplugged drive say it is offline, with the open wording.
@@ -121,12 +126,14 @@ TEST_F(AppModelTest, RevealAndOpenOfAVanishedFileSayItIsNotFound) {
 
   model->reveal(gone);
   EXPECT_EQ(alertTitle(), "Item Not Found");
-  EXPECT_EQ(alertMessage().toStdString(), "\u201Cgone.txt\u201D is no longer at its cataloged location on \u201C" +
-                                              volume + "\u201D. Rescan the catalog to bring it up to date.");
+  EXPECT_EQ(alertMessage().toStdString(),
+            "\u201Cgone.txt\u201D is no longer at its cataloged location on \u201C" + volume +
+                "\u201D. Rescan the catalog to bring it up to date.");
   model->open(gone);
-  EXPECT_EQ(alertMessage(),
-            "\u201Cgone.txt\u201D is no longer at its cataloged location. Rescan the catalog to bring it up to "
-            "date.");
+  EXPECT_EQ(
+      alertMessage(),
+      "\u201Cgone.txt\u201D is no longer at its cataloged location. Rescan the catalog to bring it up to "
+      "date.");
 }
 
 TEST_F(AppModelTest, LoudScansShowTheirSheetAndQuietOnesOnlyAToastWhenSomethingChanged) {
@@ -170,7 +177,8 @@ TEST_F(AppModelTest, LoudScansShowTheirSheetAndQuietOnesOnlyAToastWhenSomethingC
   model->beginScan(m_temp.path() / "absent", "absent", std::nullopt, ScanOptions::defaults());
   ASSERT_TRUE(waitUntil([&] { return !model->scanner()->isRunning(); }));
   EXPECT_EQ(alertTitle(), "Scan Problem");
-  EXPECT_EQ(alertMessage(), "The folder or drive \u201Cabsent\u201D is not available. Connect it and try again.");
+  EXPECT_EQ(alertMessage(),
+            "The folder or drive \u201Cabsent\u201D is not available. Connect it and try again.");
 }
 
 TEST_F(AppModelTest, DeleteIsRefusedOnlyForTheCatalogBeingScanned) {
@@ -201,9 +209,10 @@ TEST_F(AppModelTest, DeleteIsRefusedOnlyForTheCatalogBeingScanned) {
   ASSERT_FALSE(requests.empty());
   EXPECT_TRUE(requests.back().warning);
   EXPECT_EQ(requests.back().title, "Delete \u201CIdle\u201D?");
-  EXPECT_EQ(requests.back().text,
-            "This removes the catalog and its 0 file records from TVRL Orrelin. Nothing on the drive itself is "
-            "touched. A backup of your catalogs is made first.");
+  EXPECT_EQ(
+      requests.back().text,
+      "This removes the catalog and its 0 file records from TVRL Orrelin. Nothing on the drive itself is "
+      "touched. A backup of your catalogs is made first.");
   EXPECT_EQ(requests.back().buttons, (QStringList{"Delete Catalog", "Cancel"}));
   EXPECT_FALSE(model->catalog(idle).has_value());
   EXPECT_EQ(toast(), "Deleted \u201CIdle\u201D");
@@ -242,9 +251,10 @@ TEST_F(AppModelTest, RestoreRefusesAFileThatIsNotADatabaseAndSwapsInARealBackup)
   answer(Answer::accept());
   model->restore(text);
   EXPECT_EQ(requests.back().title, "Restore catalogs from this backup?");
-  EXPECT_EQ(requests.back().text,
-            "Your current catalogs will be replaced with the contents of \u201Cnotes.txt\u201D. A safety backup "
-            "of the current state is made first.");
+  EXPECT_EQ(
+      requests.back().text,
+      "Your current catalogs will be replaced with the contents of \u201Cnotes.txt\u201D. A safety backup "
+      "of the current state is made first.");
   EXPECT_EQ(alertTitle(), "Restore Failed");
   EXPECT_EQ(alertMessage().toStdString(), "That file could not be used as a backup. " + expected);
   EXPECT_TRUE(model->hasStore());
