@@ -35,6 +35,7 @@ void addScanCommands(CommandTable& table);     // scan, rescan
 void addExportCommands(CommandTable& table);   // export (its formats are in cli/export_formats.h)
 void addBackupCommands(CommandTable& table);   // backup, restore
 void addSampleCommands(CommandTable& table);   // sample
+void addWatchCommands(CommandTable& table);    // watch
 
 // The database file the command works on: --db, else the one in the data folder.
 std::string databasePath(const Context& context);

@@ -26,6 +26,7 @@ const CommandTable& commands() {
     addExportCommands(t);
     addBackupCommands(t);
     addSampleCommands(t);
+    addWatchCommands(t);
     return t;
   }();
   return table;

@@ -79,13 +79,15 @@ void ScanEngine::start(const std::filesystem::path& root, std::optional<int64_t>
 
   auto mailbox = m_mailbox;
   auto control = m_control;
-  auto run = [mailbox, control, rootText, catalogID, newName = name.toStdString(), groupID, options, quiet] {
+  auto run = [mailbox, control, rootText, catalogID, newName = name.toStdString(), groupID, options, quiet,
+              database = m_databasePath, thumbnails = m_thumbnailsPath] {
     ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kScanNiceness);
     ScanResult result;
     try {
       ScanWorker worker(
-          AppPaths::database().string(), rootText, catalogID, newName, groupID, options,
-          AppPaths::thumbnails(), control, [mailbox](const ScanProgress& progress) {
+          database.empty() ? AppPaths::database().string() : database.string(), rootText, catalogID, newName,
+          groupID, options, thumbnails.empty() ? AppPaths::thumbnails() : thumbnails, control,
+          [mailbox](const ScanProgress& progress) {
             mailbox->post([progress](ScanEngine* engine) { engine->receiveProgress(progress); });
           });
       result = worker.run();
@@ -127,6 +129,11 @@ void ScanEngine::cancel() {
   m_control->setPaused(false);
   // isPaused stays as it is until the scan ends: the worker still has to wake and wind down.
   setPhase(QStringLiteral("Cancelling"));
+}
+
+void ScanEngine::setPaths(const std::filesystem::path& database, const std::filesystem::path& thumbnails) {
+  m_databasePath = database;
+  m_thumbnailsPath = thumbnails;
 }
 
 double ScanEngine::elapsed() const { return m_startedAt.msecsTo(QDateTime::currentDateTime()) / 1000.0; }

@@ -55,6 +55,9 @@ class ScanEngine : public QObject {
   Q_INVOKABLE void cancel();
   // Seconds from startedAt to now.
   Q_INVOKABLE double elapsed() const;
+  // Where scans write: the data folder's database and thumbnails unless set here (for a database given
+  // on the command line). Takes effect at the next start.
+  void setPaths(const std::filesystem::path& database, const std::filesystem::path& thumbnails);
 
   bool isRunning() const { return m_isRunning; }
   bool isPaused() const { return m_isPaused; }
@@ -120,6 +123,8 @@ class ScanEngine : public QObject {
   std::optional<int64_t> m_catalogID;
   std::shared_ptr<ScanControl> m_control = std::make_shared<ScanControl>();
   ModelHooks m_model;
+  std::filesystem::path m_databasePath;    // Empty: AppPaths::database().
+  std::filesystem::path m_thumbnailsPath;  // Empty: AppPaths::thumbnails().
   // Where the background thread posts its reports; shared with it, cut off when the engine goes.
   std::shared_ptr<Mailbox> m_mailbox;
 };
