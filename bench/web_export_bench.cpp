@@ -10,6 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cinttypes>
 #include <cstdio>
@@ -161,7 +162,13 @@ int run(const char* self, int64_t records, int64_t thumbnails) {
   CaseArgs args{"", dbPath.string(), catalogID, thumbsRoot.string(), site.string()};
   auto measure = [&](const char* name, const char* label) {
     args.name = name;
+    // The best of three: the machine is shared, and a slow run says more about the neighbours.
     Outcome o = inChild(self, args);
+    for (int again = 0; again < 2; ++again) {
+      Outcome next = inChild(self, args);
+      o.seconds = std::min(o.seconds, next.seconds);
+      o.peakKiB = std::max(o.peakKiB, next.peakKiB);
+    }
     std::printf("%-34s %8.2f s  peak RSS %7.1f MiB\n", label, o.seconds,
                 static_cast<double>(o.peakKiB) / 1024);
   };
