@@ -7,10 +7,10 @@
 // and reused; the first run takes a few minutes more. Each case runs in a child process of its own, so the
 // peak resident memory reported is that case's alone (ru_maxrss of the child); "baseline" is a child that
 // only opens the database, for comparison. Every case reads the catalog from a warm page cache.
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cinttypes>
 #include <cstdio>
@@ -51,17 +51,30 @@ int runCase(const CaseArgs& a) {
   WebExporter::Options options;
   options.includeThumbnails = a.name == "thumbs";
   options.includeHidden = a.name == "hidden";
+  if (a.name == "nommap") store.db().exec("PRAGMA mmap_size=0");
   auto start = std::chrono::steady_clock::now();
-  if (a.name == "read") {
+  if (a.name == "all") {
+    std::vector<FileRecord> records = store.allFiles(a.catalogID);  // For contrast: the catalog held whole.
+    if (records.size() == 42) std::fputs("", stderr);
+  } else if (a.name == "read") {
     store.db().forEachRow(kQuery, {a.catalogID}, [](const Statement&) {});
   } else if (a.name == "map") {
     int64_t bytes = 0;
-    store.db().forEachRow(kQuery, {a.catalogID}, [&](const Statement& row) { bytes += CatalogDB::mapFile(row).size; });
+    store.db().forEachRow(kQuery, {a.catalogID},
+                          [&](const Statement& row) { bytes += CatalogDB::mapFile(row).size; });
     if (bytes == 42) std::fputs("", stderr);
   } else if (a.name != "baseline") {
     WebExporter::exportSite(store, {catalog}, a.site, a.thumbsRoot, options);
   }
-  std::printf("%.6f\n", std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+  double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  // The peak of this process's own memory since exec: getrusage would also count the parent's memory,
+  // which the fork copied until the exec replaced it.
+  long peakKiB = 0;
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind("VmHWM:", 0) == 0) peakKiB = std::atol(line.c_str() + 6);
+  }
+  std::printf("%.6f %ld\n", seconds, peakKiB);
   return 0;
 }
 
@@ -84,15 +97,12 @@ Outcome inChild(const char* self, const CaseArgs& a) {
   ssize_t n = ::read(pipeFds[0], text, sizeof text - 1);
   ::close(pipeFds[0]);
   int status = 0;
-  struct rusage usage {};
-  ::wait4(pid, &status, 0, &usage);
+  ::waitpid(pid, &status, 0);
   Outcome outcome;
-  if (n <= 0 || !WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+  if (n <= 0 || !WIFEXITED(status) || WEXITSTATUS(status) != 0 ||
+      std::sscanf(text, "%lf %ld", &outcome.seconds, &outcome.peakKiB) != 2) {
     std::fprintf(stderr, "case %s failed\n", a.name.c_str());
-  } else {
-    outcome.seconds = std::atof(text);
   }
-  outcome.peakKiB = usage.ru_maxrss;
   return outcome;
 }
 
@@ -108,8 +118,8 @@ int64_t folderBytes(const fs::path& folder) {
 int64_t prepareThumbnails(CatalogDB& store, int64_t catalogID, const fs::path& root, int64_t count) {
   std::string picture;
   fs::path sample = root.parent_path() / "web-thumb-sample.jpg";
-  if (std::system(("convert -size 320x240 plasma:fractal -quality 80 '" + sample.string() + "' 2>/dev/null").c_str()) ==
-      0) {
+  if (std::system(("convert -size 320x240 plasma:fractal -quality 80 '" + sample.string() + "' 2>/dev/null")
+                      .c_str()) == 0) {
     std::ifstream in(sample, std::ios::binary);
     picture.assign(std::istreambuf_iterator<char>(in), {});
   }
@@ -126,7 +136,8 @@ int64_t prepareThumbnails(CatalogDB& store, int64_t catalogID, const fs::path& r
   fs::create_directories(root / std::to_string(catalogID));
   int64_t made = 0;
   store.db().forEachRow("SELECT id FROM files WHERE thumb=1", {}, [&](const Statement& row) {
-    std::ofstream out(root / std::to_string(catalogID) / (std::to_string(row.int64(0)) + ".jpg"), std::ios::binary);
+    std::ofstream out(root / std::to_string(catalogID) / (std::to_string(row.int64(0)) + ".jpg"),
+                      std::ios::binary);
     out << picture;
     ++made;
   });
@@ -151,8 +162,15 @@ int run(const char* self, int64_t records, int64_t thumbnails) {
   CaseArgs args{"", dbPath.string(), catalogID, thumbsRoot.string(), site.string()};
   auto measure = [&](const char* name, const char* label) {
     args.name = name;
+    // The best of three: the machine is shared, and a slow run says more about the neighbours.
     Outcome o = inChild(self, args);
-    std::printf("%-34s %8.2f s  peak RSS %7.1f MiB\n", label, o.seconds, static_cast<double>(o.peakKiB) / 1024);
+    for (int again = 0; again < 2; ++again) {
+      Outcome next = inChild(self, args);
+      o.seconds = std::min(o.seconds, next.seconds);
+      o.peakKiB = std::max(o.peakKiB, next.peakKiB);
+    }
+    std::printf("%-34s %8.2f s  peak RSS %7.1f MiB\n", label, o.seconds,
+                static_cast<double>(o.peakKiB) / 1024);
   };
 
   args.name = "read";
@@ -165,7 +183,9 @@ int run(const char* self, int64_t records, int64_t thumbnails) {
   fs::path data = site / "data" / ("cat-" + std::to_string(catalogID) + ".js");
   std::printf("data file: %.1f MB (%.1f bytes a record)\n", static_cast<double>(fs::file_size(data)) / 1e6,
               static_cast<double>(fs::file_size(data)) / static_cast<double>(info.records));
+  measure("nommap", "export, connection without mmap");
   measure("hidden", "export, hidden files too");
+  measure("all", "(contrast: allFiles into a vector)");
   fs::remove_all(site);
   measure("thumbs", "export with thumbnails");
   std::printf("site: %.1f MB in all\n", static_cast<double>(folderBytes(site)) / 1e6);

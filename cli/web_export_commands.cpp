@@ -77,7 +77,8 @@ int exportWeb(const std::vector<std::string>& argv, const Context& context) {
   if (!args.ok()) return usageError("export web", args.error());
   if (args.positionals().empty()) return usageError("export web", "which catalogs? Name at least one");
   std::optional<std::string> output = args.value("--output");
-  if (!output || output->empty()) return usageError("export web", "where to? Give the site's folder with -o DIR");
+  if (!output || output->empty())
+    return usageError("export web", "where to? Give the site's folder with -o DIR");
 
   CatalogDB store(databasePath(context));
   std::vector<Catalog> catalogs;
@@ -104,7 +105,8 @@ int exportWeb(const std::vector<std::string>& argv, const Context& context) {
 }  // namespace
 
 void addWebExportFormats(ExportFormatTable& table) {
-  table["web"] = {"a static inventory web site of the catalogs, browsable without a server", kHelp, exportWeb};
+  table["web"] = {"a static inventory web site of the catalogs, browsable without a server", kHelp,
+                  exportWeb};
 }
 
 }  // namespace orrelin::cli

@@ -27,7 +27,8 @@ constexpr int kHiddenColumn = 14;  // f.hidden in fileColumns.
 
 // The web site's host without "www.": "https://www.example.com/app" gives "example.com".
 std::string bareDomain(std::string_view address) {
-  if (size_t scheme = address.find("://"); scheme != std::string_view::npos) address.remove_prefix(scheme + 3);
+  if (size_t scheme = address.find("://"); scheme != std::string_view::npos)
+    address.remove_prefix(scheme + 3);
   address = address.substr(0, address.find_first_of("/?#"));
   if (address.substr(0, 4) == "www.") address.remove_prefix(4);
   return std::string(address);
@@ -145,11 +146,20 @@ std::string htmlEscape(std::string_view text) {
   out.reserve(text.size() + text.size() / 8);
   for (char c : text) {
     switch (c) {
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '>': out += "&gt;"; break;
-      case '"': out += "&quot;"; break;
-      default: out += c;
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      default:
+        out += c;
     }
   }
   return out;
@@ -221,8 +231,9 @@ fs::path exportSite(CatalogDB& store, const std::vector<Catalog>& catalogs, cons
   std::string title = web::displayText(options.title.empty() ? kDefaultTitle : options.title);
   fs::path index = to / "index.html";
   web::writeFileAtomically(
-      index, pageShell(title, "<div id=\"app\" data-page=\"index\" data-title=\"" + htmlEscape(title) + "\"></div>",
-                       indexScripts));
+      index,
+      pageShell(title, "<div id=\"app\" data-page=\"index\" data-title=\"" + htmlEscape(title) + "\"></div>",
+                indexScripts));
   return index;
 }
 

@@ -67,7 +67,8 @@ void createFolder(const fs::path& folder) {
   fs::create_directories(folder, ec);
   if (ec || !fs::is_directory(folder)) {
     int error = ec ? ec.value() : ENOTDIR;
-    throw ExportError("Could not create the folder \u201C" + shown(folder) + "\u201D: " + reason(error) + ".");
+    throw ExportError("Could not create the folder \u201C" + shown(folder) + "\u201D: " + reason(error) +
+                      ".");
   }
 }
 
@@ -75,8 +76,9 @@ AtomicFile::AtomicFile(fs::path path) : m_path(std::move(path)) {
   static std::atomic<unsigned> counter{0};
   // The temporary is made with mode 0666, so the umask gives it (and the final file) the usual rights.
   for (int attempt = 0; attempt < 100 && m_fd < 0; ++attempt) {
-    m_temporary = m_path.parent_path() / ("." + m_path.filename().string() + "." + std::to_string(::getpid()) +
-                                          "." + std::to_string(counter++) + ".tmp");
+    m_temporary =
+        m_path.parent_path() / ("." + m_path.filename().string() + "." + std::to_string(::getpid()) + "." +
+                                std::to_string(counter++) + ".tmp");
     m_fd = ::open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
     if (m_fd < 0 && errno != EEXIST) fail(errno);
   }

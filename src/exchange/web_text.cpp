@@ -17,8 +17,9 @@ size_t sequenceLength(std::string_view s, size_t i) {
   auto b = [&](size_t k) { return static_cast<unsigned char>(s[k]); };
   unsigned char c = b(i);
   size_t len;
-  unsigned char low = 0x80, high = 0xBF;  // The bounds of the second byte, which rule out overlong forms,
-  if (c >= 0xC2 && c <= 0xDF) {           // surrogates and code points above U+10FFFF.
+  // The bounds of the second byte, which rule out overlong forms, surrogates and code points above U+10FFFF.
+  unsigned char low = 0x80, high = 0xBF;
+  if (c >= 0xC2 && c <= 0xDF) {
     len = 2;
   } else if (c >= 0xE0 && c <= 0xEF) {
     len = 3;
@@ -93,12 +94,23 @@ bool appendEscaped(std::string& out, std::string_view s, bool readable) {
     }
     out.append(s.substr(plain, i - plain));
     switch (c) {
-      case '"': out += "\\\""; break;
-      case '\\': out += "\\\\"; break;
-      case '\n': out += "\\n"; break;
-      case '\r': out += "\\r"; break;
-      case '\t': out += "\\t"; break;
-      default: appendHex4(out, c);
+      case '"':
+        out += "\\\"";
+        break;
+      case '\\':
+        out += "\\\\";
+        break;
+      case '\n':
+        out += "\\n";
+        break;
+      case '\r':
+        out += "\\r";
+        break;
+      case '\t':
+        out += "\\t";
+        break;
+      default:
+        appendHex4(out, c);
     }
     plain = ++i;
   }

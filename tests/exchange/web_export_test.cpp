@@ -33,8 +33,10 @@ class WebExportTest : public WebSiteTest {
     ASSERT_TRUE(run("convert -size 640x480 xc:red " + shellQuote((tree / "Photos/red.jpg").string())));
     ASSERT_TRUE(run("convert -size 300x200 xc:blue " + shellQuote((tree / "Photos/.blue.jpg").string())));
     ASSERT_TRUE(exiftool((tree / "Photos/red.jpg").string(), "-Make=Canon -Model='EOS </script>'"));
-    ASSERT_TRUE(ffmpeg("-f lavfi -i sine=frequency=440:duration=2.5 -metadata artist='Ann </script>' "
-                       "-metadata title=Song " + shellQuote((tree / "song.mp3").string())));
+    ASSERT_TRUE(
+        ffmpeg("-f lavfi -i sine=frequency=440:duration=2.5 -metadata artist='Ann </script>' "
+               "-metadata title=Song " +
+               shellQuote((tree / "song.mp3").string())));
     std::string tags = "Family, </script>";
     ASSERT_EQ(::setxattr((tree / "Photos/red.jpg").c_str(), "user.xdg.tags", tags.data(), tags.size(), 0), 0);
   }
@@ -69,9 +71,9 @@ TEST_F(WebExportTest, RowsReadBackAsTheDatabaseHoldsThem) {
   json data = readData(id);
   std::string raw = readFile(site / "data" / ("cat-" + std::to_string(id) + ".js"));
   size_t last = 0;
-  for (const char* key : {"\"id\"", "\"name\"", "\"volume\"", "\"format\"", "\"uuid\"", "\"capacity\"",
-                          "\"free\"", "\"files\"", "\"folders\"", "\"size\"", "\"scanned\"", "\"root\"",
-                          "\"notes\"", "\"kind\"", "\"items\""}) {
+  for (const char* key :
+       {"\"id\"", "\"name\"", "\"volume\"", "\"format\"", "\"uuid\"", "\"capacity\"", "\"free\"", "\"files\"",
+        "\"folders\"", "\"size\"", "\"scanned\"", "\"root\"", "\"notes\"", "\"kind\"", "\"items\""}) {
     size_t at = raw.find(std::string(key) + ":");
     ASSERT_NE(at, std::string::npos) << key;
     EXPECT_GT(at, last) << key << " out of order";
@@ -235,18 +237,21 @@ TEST_F(WebExportTest, PagesNameTheirCatalogsAndEscapeTitles) {
   EXPECT_NE(page.find("<div id=\"app\" data-page=\"index\" data-title=\"Tom &amp; &quot;Jerry&quot; "
                       "&lt;Best&gt;\"></div>"),
             std::string::npos);
-  std::string scripts = "<script src=\"data/cat-" + std::to_string(b) + ".js\"></script>\n<script src=\"data/cat-" +
-                        std::to_string(a) + ".js\"></script>\n<script src=\"data/cat-" + std::to_string(empty) +
+  std::string scripts = "<script src=\"data/cat-" + std::to_string(b) +
+                        ".js\"></script>\n<script src=\"data/cat-" + std::to_string(a) +
+                        ".js\"></script>\n<script src=\"data/cat-" + std::to_string(empty) +
                         ".js\"></script>\n<script src=\"assets/app.js\"></script>";
   EXPECT_NE(page.find(scripts), std::string::npos) << page;
 
   std::string alpha = readFile(site / ("catalog-" + std::to_string(a) + ".html"));
   EXPECT_NE(alpha.find("<title>Alpha &amp; &lt;Omega&gt;</title>"), std::string::npos);
-  EXPECT_NE(alpha.find("<div id=\"app\" data-page=\"catalog\" data-catalog=\"" + std::to_string(a) + "\"></div>"),
-            std::string::npos);
+  EXPECT_NE(
+      alpha.find("<div id=\"app\" data-page=\"catalog\" data-catalog=\"" + std::to_string(a) + "\"></div>"),
+      std::string::npos);
   EXPECT_NE(alpha.find("<script src=\"data/cat-" + std::to_string(a) + ".js\"></script>"), std::string::npos);
   EXPECT_EQ(alpha.find("data/cat-" + std::to_string(b)), std::string::npos);
-  EXPECT_NE(readFile(site / ("catalog-" + std::to_string(b) + ".html")).find("<title>Beta &quot;quoted&quot;</title>"),
+  EXPECT_NE(readFile(site / ("catalog-" + std::to_string(b) + ".html"))
+                .find("<title>Beta &quot;quoted&quot;</title>"),
             std::string::npos);
 
   json none = readData(empty);
@@ -293,14 +298,17 @@ TEST_F(WebExportTest, LargeCatalogStreamsInOrder) {
   CatalogDB store(dbPath);
   store.db().transaction([&] {
     Statement insert = store.db().prepare(
-        "INSERT INTO files(catalog_id, parent_id, path, name, size, kind, modified) VALUES(?,0,?,?,?,'Other',?)");
+        "INSERT INTO files(catalog_id, parent_id, path, name, size, kind, modified) "
+        "VALUES(?,0,?,?,?,'Other',?)");
     for (int i = 0; i < 40000; ++i) {
-      std::string name = "file " + std::to_string(i * 7919 % 40000) + " with a longer name to fill the buffer";
+      std::string name =
+          "file " + std::to_string(i * 7919 % 40000) + " with a longer name to fill the buffer";
       store.db().step(insert, {id, name, name, int64_t{i}, 1.7e9 + i});
     }
   });
   exportSite({id});
-  EXPECT_GT(fs::file_size(site / ("data/cat-" + std::to_string(id) + ".js")), 2u * web::AtomicFile::kFlushSize);
+  EXPECT_GT(fs::file_size(site / ("data/cat-" + std::to_string(id) + ".js")),
+            2u * web::AtomicFile::kFlushSize);
   std::vector<FileRecord> expected = store.allFiles(id);
   json items = readData(id)["items"];
   ASSERT_EQ(items.size(), expected.size());

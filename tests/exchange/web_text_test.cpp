@@ -2,8 +2,8 @@
 // and the page shell.
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <cmath>
+#include <nlohmann/json.hpp>
 #include <random>
 
 #include "core/app_info.h"
@@ -35,9 +35,9 @@ TEST(WebText, JSONStringsCannotBreakOutOfAScript) {
       {"<!-- a --> & \"b\" \\c/", "<!-- a --> & \"b\" \\c/"},
       {"tab\tnew\nline\rbell\x07\x1F", "tab\tnew\nline\rbell\x07\x1F"},
       {"sep\u2028par\u2029end", "sep\u2028par\u2029end"},
-      {"caf\xE9", "caf\uFFFD"},                          // Raw Latin-1 from elsewhere.
-      {mappedLatin1, "caf\uFFFD"},                       // The catalog's reversible form of the same bytes.
-      {genuinePrivate, "\uEF85x"},                       // A real private-use character comes back as itself.
+      {"caf\xE9", "caf\uFFFD"},     // Raw Latin-1 from elsewhere.
+      {mappedLatin1, "caf\uFFFD"},  // The catalog's reversible form of the same bytes.
+      {genuinePrivate, "\uEF85x"},  // A real private-use character comes back as itself.
       {"\xED\xA0\x80 surrogate", "\uFFFD\uFFFD\uFFFD surrogate"},
       {"\xC0\xAF overlong", "\uFFFD\uFFFD overlong"},
       {"emoji \U0001F600 ok", "emoji \U0001F600 ok"},
@@ -58,8 +58,9 @@ TEST(WebText, JSONStringsCannotBreakOutOfAScript) {
 
 TEST(WebText, AnyBytesGiveValidJSON) {
   std::mt19937 random(20240601);
-  const char alphabet[] = {'a', '"', '\\', '<', '/', '>', '\n', '\0', '\x80', '\xBF', '\xC3', '\xA9',
-                           '\xE2', '\x80', '\xA8', '\xEE', '\xBE', '\xBF', '\xF0', '\x9F', '\xFF'};
+  const char alphabet[] = {'a',    '"',    '\\',   '<',    '/',    '>',    '\n',
+                           '\0',   '\x80', '\xBF', '\xC3', '\xA9', '\xE2', '\x80',
+                           '\xA8', '\xEE', '\xBE', '\xBF', '\xF0', '\x9F', '\xFF'};
   for (int round = 0; round < 20000; ++round) {
     std::string input;
     int length = static_cast<int>(random() % 12);
@@ -82,7 +83,8 @@ TEST(WebText, NumbersStayIntegersAndDurationsKeepOneDecimal) {
   struct Case {
     double seconds;
     const char* text;
-  } cases[] = {{1.26, "1.3"}, {5, "5"}, {0, "0"}, {-0.01, "0"}, {0.04, "0"}, {3599.95, "3600"},
+  } cases[] = {{1.26, "1.3"},       {5, "5"},        {0, "0"},
+               {-0.01, "0"},        {0.04, "0"},     {3599.95, "3600"},
                {std::nan(""), "0"}, {HUGE_VAL, "0"}, {86400.55, "86400.6"}};
   for (const Case& c : cases) {
     std::string out;
@@ -105,8 +107,8 @@ TEST(WebText, SummaryJoinsWhatTheRecordHas) {
   FileRecord r;
   EXPECT_EQ(WebExporter::summary(r), "");
   r.duration = 3725.2;
-  r.meta = {{"Dimensions", "10×20"}, {"Bitrate", "320 kbps"}, {"Title", "T"}, {"Camera", "Canon"},
-            {"Artist", ""}, {"Pages", "12"}};
+  r.meta = {{"Dimensions", "10×20"}, {"Bitrate", "320 kbps"}, {"Title", "T"},
+            {"Camera", "Canon"},     {"Artist", ""},          {"Pages", "12"}};
   r.tags = {"red", "blue"};
   EXPECT_EQ(WebExporter::summary(r), "1:02:05 · 10×20 · 320 kbps · T · Canon · 12 pages · Tags: red, blue");
   r.meta["Resolution"] = "1920×1080";  // Wins over the dimensions.
@@ -128,7 +130,8 @@ TEST(WebText, DriveKindPrefersNetworkThenFolderThenRemovable) {
 }
 
 TEST(WebText, PageShellPutsEveryPartInItsPlace) {
-  std::string page = WebExporter::pageShell("A <b> & \"c\"", "<main id=\"x\"></main>", "<script src=\"s.js\"></script>");
+  std::string page =
+      WebExporter::pageShell("A <b> & \"c\"", "<main id=\"x\"></main>", "<script src=\"s.js\"></script>");
   const std::string parts[] = {
       "<!DOCTYPE html>",
       "<html lang=\"en\">",
@@ -139,7 +142,8 @@ TEST(WebText, PageShellPutsEveryPartInItsPlace) {
       "<link rel=\"stylesheet\" href=\"assets/style.css\">",
       "</head>",
       "<div class=\"grid-bg\"></div>",
-      "<header class=\"brandbar\"><span>TVRL Orrelin</span> · by <a href=\"https://tavrel.works/orrelin\">Tavrel "
+      "<header class=\"brandbar\"><span>TVRL Orrelin</span> · by <a "
+      "href=\"https://tavrel.works/orrelin\">Tavrel "
       "Works</a> (TVRL)</header>",
       "<main id=\"x\"></main>",
       "<footer class=\"foot\">Inventory generated ",
