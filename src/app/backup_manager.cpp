@@ -5,7 +5,9 @@
 #include <time.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <thread>
 #include <system_error>
 #include <utility>
 
@@ -72,6 +74,14 @@ fs::path backupNow(CatalogDB& store, std::string_view reason) { return backupNow
 fs::path backupNow(CatalogDB& store, std::string_view reason, const fs::path& spare) {
   Date now = Date::now();
   fs::path file = AppPaths::backups() / fileName(now, reason);
+  // Names have a resolution of one second: restoring a safety backup made in this same second would
+  // otherwise overwrite the very file about to be read. Wait for the next second's name instead.
+  std::error_code ec;
+  for (int tries = 0; !spare.empty() && fs::equivalent(file, spare, ec) && tries < 30; ++tries) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    now = Date::now();
+    file = AppPaths::backups() / fileName(now, reason);
+  }
   store.db().backup(file.string());
   setLastBackup(now);
   prune(spare);

@@ -33,7 +33,9 @@ std::string fileName(Date when, std::string_view reason);
 // then sets lastBackup and prunes. Returns the new file. Throws DBError when the copy fails.
 std::filesystem::path backupNow(CatalogDB& store, std::string_view reason = "manual");
 // The same, but the prune spares `spare` (the file chosen for a restore, which may be the oldest backup
-// and would otherwise be deleted by the safety backup made just before it is read).
+// and would otherwise be deleted by the safety backup made just before it is read), and when the new
+// name is that of `spare` (a safety backup restored within the second it was made) it waits for the
+// next second's name rather than overwrite it.
 std::filesystem::path backupNow(CatalogDB& store, std::string_view reason,
                                 const std::filesystem::path& spare);
 

@@ -116,6 +116,20 @@ TEST_F(BackupFilesTest, TheSafetyBackupBeforeARestoreSparesTheChosenFile) {
   EXPECT_EQ(BackupManager::list(), (std::vector<fs::path>{safety, old[1]}));
 }
 
+TEST_F(BackupFilesTest, RestoringASafetyBackupOfThisSecondNeverOverwritesIt) {
+  CatalogDB store(AppPaths::database().string());
+  addCatalog(store, "Photos");
+  // A safety backup, then at once a restore of it: the next safety backup would get the same name.
+  fs::path chosen = BackupManager::backupNow(store, "before-restore");
+  addCatalog(store, "Music");
+  fs::path safety = BackupManager::backupNow(store, "before-restore", chosen);
+  EXPECT_NE(safety, chosen);
+  CatalogDB kept(chosen.string());
+  EXPECT_EQ(catalogNames(kept), std::vector<std::string>{"Photos"});
+  CatalogDB newer(safety.string());
+  EXPECT_EQ(catalogNames(newer), (std::vector<std::string>{"Music", "Photos"}));
+}
+
 TEST_F(BackupFilesTest, ASecondBackupInTheSameSecondReplacesTheFirst) {
   CatalogDB store(AppPaths::database().string());
   addCatalog(store, "Photos");

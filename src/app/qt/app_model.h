@@ -239,6 +239,8 @@ class AppModel : public QObject {
   // --- Backups ---
   // Copies the database into the backups folder; a toast or an alert unless `silent`.
   Q_INVOKABLE void backupNow(const QString& reason = QStringLiteral("manual"), bool silent = false);
+  // The same, sparing `spare` (the file chosen for a restore) from the prune and from being overwritten.
+  void backupNow(const QString& reason, bool silent, const std::filesystem::path& spare);
   // Asks, makes a safety backup, checks the file and swaps it in for the current database.
   void restore(const std::filesystem::path& backup);
 

@@ -347,10 +347,12 @@ void AppModel::toggleWatch(qint64 catalogID) {
 
 // --- Backups ---
 
-void AppModel::backupNow(const QString& reason, bool silent) {
+void AppModel::backupNow(const QString& reason, bool silent) { backupNow(reason, silent, fs::path()); }
+
+void AppModel::backupNow(const QString& reason, bool silent, const fs::path& spare) {
   if (!m_store) return;
   try {
-    const fs::path file = BackupManager::backupNow(*m_store, reason.toStdString());
+    const fs::path file = BackupManager::backupNow(*m_store, reason.toStdString(), spare);
     if (!silent) flash(QStringLiteral("Backup saved: %1").arg(fileNameText(file)));
   } catch (const std::exception& error) {
     // A silent backup guards another operation, which goes on whether or not its safety copy worked.
@@ -367,7 +369,7 @@ void AppModel::restore(const fs::path& backup) {
           .arg(fileNameText(backup)),
       {QStringLiteral("Restore"), QStringLiteral("Cancel")});
   if (button != 0) return;
-  backupNow(QStringLiteral("before-restore"), /*silent=*/true);
+  backupNow(QStringLiteral("before-restore"), /*silent=*/true, backup);
   try {
     // Only a file that opens as a catalog database gets as far as replacing the current one.
     BackupManager::checkBackupFile(backup);
