@@ -33,6 +33,7 @@ void addSearchCommands(CommandTable& table);    // search
 void addAnalysisCommands(CommandTable& table);  // dupes, stats, report, compare
 void addScanCommands(CommandTable& table);     // scan, rescan
 void addExportCommands(CommandTable& table);   // export (its formats are in cli/export_formats.h)
+void addImportCommands(CommandTable& table);   // import
 
 // The database file the command works on: --db, else the one in the data folder.
 std::string databasePath(const Context& context);

@@ -24,6 +24,7 @@ const CommandTable& commands() {
     addAnalysisCommands(t);
     addScanCommands(t);
     addExportCommands(t);
+    addImportCommands(t);
     return t;
   }();
   return table;
