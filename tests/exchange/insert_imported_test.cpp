@@ -132,6 +132,21 @@ TEST_F(ExchangeTest, LaterDuplicatesWinAndEmptyOrUntidyPathsAreHandled) {
   EXPECT_EQ(store.catalog(id)->fileCount, 2);
 }
 
+TEST_F(ExchangeTest, AListedFileWithItemsBelowItBecomesTheirFolder) {
+  ImportedFile file = item("notes.txt", 40);
+  file.kind = "Document";
+  file.tags = "kept";
+  int64_t id =
+      insertImported(store, "Damaged", "", VolumeInfo{}, false, {file, item("notes.txt/inner", 3)}, "");
+  auto rows = records(id);
+  EXPECT_TRUE(rows["notes.txt"].isDir);
+  EXPECT_EQ(rows["notes.txt"].kind, FileKind::folder);
+  EXPECT_EQ(rows["notes.txt"].tags, std::vector<std::string>{"kept"});
+  EXPECT_EQ(rows["notes.txt"].size, 3);
+  EXPECT_EQ(rows["notes.txt/inner"].parentID, rows["notes.txt"].id);
+  EXPECT_EQ(store.children(id, rows["notes.txt"].id, true).size(), 1u);
+}
+
 TEST_F(ExchangeTest, NoItemsGiveAnEmptyScannedCatalog) {
   int64_t id = insertImported(store, "Empty", "", VolumeInfo{}, false, {}, "");
   EXPECT_TRUE(store.allFiles(id).empty());
