@@ -29,7 +29,9 @@ namespace {
 
 constexpr const char* kDefaultCatalogName = "Imported Catalog";
 
-// `path` without empty components: "/a//b/" becomes "a/b", the form every stored path has.
+// `path` without empty components: "/a//b/" becomes "a/b", the form every stored path has. A NUL, which
+// no file name can hold and which would end the text where the database binds it, becomes U+FFFD, so
+// that two paths that differ after one stay two paths.
 std::string cleanPath(std::string_view path) {
   std::string out;
   out.reserve(path.size());
@@ -39,7 +41,13 @@ std::string cleanPath(std::string_view path) {
     if (end == std::string_view::npos) end = path.size();
     if (end > start) {
       if (!out.empty()) out += '/';
-      out.append(path.substr(start, end - start));
+      for (char c : path.substr(start, end - start)) {
+        if (c == '\0') {
+          out += "\uFFFD";
+        } else {
+          out += c;
+        }
+      }
     }
     start = end + 1;
   }
