@@ -36,6 +36,7 @@ void addExportCommands(CommandTable& table);   // export (its formats are in cli
 void addBackupCommands(CommandTable& table);   // backup, restore
 void addSampleCommands(CommandTable& table);   // sample
 void addWatchCommands(CommandTable& table);    // watch
+void addImportCommands(CommandTable& table);   // import
 
 // The database file the command works on: --db, else the one in the data folder.
 std::string databasePath(const Context& context);

@@ -27,6 +27,7 @@ const CommandTable& commands() {
     addBackupCommands(t);
     addSampleCommands(t);
     addWatchCommands(t);
+    addImportCommands(t);
     return t;
   }();
   return table;

@@ -1,14 +1,13 @@
-// The search command of orrelin-cli: the search screen's query from the command line, as a table or JSON.
+// orrelin-cli search: the search screen's query from the command line, as a table, JSON or CSV.
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
 #include <chrono>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 
 #include "cli/args.h"
 #include "cli/command_table.h"
-#include "core/app_info.h"
+#include "exchange/exporter.h"
 #include "search/search_form.h"
 #include "store/catalog_db.h"
 #include "store/fmt.h"
@@ -22,7 +21,8 @@ constexpr const char* kCommand = "search";
 constexpr const char* kHelp =
     "usage: orrelin-cli [--db PATH] search [TEXT] [--mode contains|starts|exact|regex] [--metadata]\n"
     "           [--saved NAME] [--kind KIND]... [--min-size SIZE] [--max-size SIZE] [--from DATE]\n"
-    "           [--to DATE] [--tag TAG] [--catalog ID|NAME]... [--files-only] [--limit N] [--json]\n"
+    "           [--to DATE] [--tag TAG] [--catalog ID|NAME]... [--files-only] [--limit N]\n"
+    "           [--json | --csv] [-o FILE]\n"
     "\n"
     "Searches the names of every cartridge, from the database alone: the drives need not be connected.\n"
     "Results are ordered by name, ignoring case. With no TEXT, every record is listed up to the limit.\n"
@@ -51,6 +51,9 @@ constexpr const char* kHelp =
     "  --limit N         at most N results (default 5000)\n"
     "  --json            print the results as JSON: {\"app\": ..., \"results\": [file objects with their\n"
     "                    \"catalog\"]}, the form the program exports search results in\n"
+    "  --csv             print the results as CSV, with the columns of 'export csv'\n"
+    "  -o FILE           with --json or --csv: write the results to FILE instead (replaced whole, once\n"
+    "                    complete)\n"
     "\n"
     "Exit status: 0 also when nothing is found; 1 when the search failed (such as a regular expression\n"
     "that is not valid); 2 for a wrong command line.\n"
@@ -176,25 +179,6 @@ std::string cell(std::string_view text, size_t columns) {
   return out + "\u2026" + std::string(columns - 1 - width, ' ');
 }
 
-nlohmann::json hitJSON(const SearchHit& hit) {
-  const FileRecord& f = hit.file;
-  nlohmann::json object = {{"path", f.path},       {"name", f.name},
-                           {"isFolder", f.isDir},  {"size", f.size},
-                           {"kind", f.kindName()}, {"uti", f.uti},
-                           {"tags", f.tags},       {"label", f.label},
-                           {"hidden", f.hidden},   {"catalog", hit.catalogName}};
-  if (f.modified) object["modified"] = Fmt::iso(*f.modified);
-  if (f.created) object["created"] = Fmt::iso(*f.created);
-  if (f.duration > 0) object["duration"] = f.duration;
-  if (f.width >= 1) {
-    object["width"] = f.width;
-    object["height"] = f.height;
-  }
-  if (!f.sha256.empty()) object["sha256"] = f.sha256;
-  if (!f.meta.empty()) object["metadata"] = f.meta;
-  return object;
-}
-
 // The saved search called `name`: exactly, else the only one equal to it ignoring ASCII case.
 std::optional<SavedSearch> findSaved(const std::string& name, std::string& error) {
   std::vector<SavedSearch> all = SavedSearch::all();
@@ -238,10 +222,16 @@ void printTable(const std::vector<SearchHit>& hits) {
 }
 
 int search(const std::vector<std::string>& argv, const Context& context) {
-  Args args(argv, {"--metadata", "--files-only", "--json"},
+  Args args(argv, {"--metadata", "--files-only", "--json", "--csv"},
             {"--saved", "--mode", "--kind", "--min-size", "--max-size", "--from", "--to", "--tag",
-             "--catalog", "--limit"});
+             "--catalog", "--limit", "-o", "--output"});
   if (!args.ok()) return usageError(kCommand, args.error());
+  if (args.flag("--json") && args.flag("--csv"))
+    return usageError(kCommand, "choose --json or --csv, not both");
+  std::optional<std::string> output = args.value("--output");
+  if (auto o = args.value("-o")) output = o;
+  if (output && !args.flag("--json") && !args.flag("--csv"))
+    return usageError(kCommand, "-o writes a file with --json or --csv; give one of them");
   if (args.positionals().size() > 1)
     return usageError(kCommand, "give the search text as one argument (put quotes around text with blanks)");
 
@@ -315,11 +305,21 @@ int search(const std::vector<std::string>& argv, const Context& context) {
   }
   double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
 
-  if (args.flag("--json")) {
-    nlohmann::json results = nlohmann::json::array();
-    for (const SearchHit& hit : hits) results.push_back(hitJSON(hit));
-    nlohmann::json document = {{"app", AppInfo::name}, {"results", std::move(results)}};
-    std::printf("%s\n", document.dump(2).c_str());
+  if (args.flag("--json") || args.flag("--csv")) {
+    const bool json = args.flag("--json");
+    if (output && *output != "-") {
+      try {
+        json ? Exporter::exportHitsJSON(hits, *output) : Exporter::exportHitsCSV(hits, *output);
+      } catch (const std::exception& e) {
+        return failure(std::string("Export Failed: ") + e.what());
+      }
+      std::printf("Exported %s results\n", Fmt::count(static_cast<int64_t>(hits.size())).c_str());
+      return kExitOk;
+    }
+    std::string text = json ? Exporter::hitsJSON(hits) : Exporter::hitsCSV(hits);
+    // The CSV ends without a line break; a terminal's prompt should not follow on the last row.
+    if (!json && stdoutIsTerminal()) text += "\n";
+    std::fwrite(text.data(), 1, text.size(), stdout);
     return kExitOk;
   }
   if (hits.empty()) {

@@ -29,7 +29,9 @@ namespace {
 
 constexpr const char* kDefaultCatalogName = "Imported Catalog";
 
-// `path` without empty components: "/a//b/" becomes "a/b", the form every stored path has.
+// `path` without empty components: "/a//b/" becomes "a/b", the form every stored path has. A NUL, which
+// no file name can hold and which would end the text where the database binds it, becomes U+FFFD, so
+// that two paths that differ after one stay two paths.
 std::string cleanPath(std::string_view path) {
   std::string out;
   out.reserve(path.size());
@@ -39,7 +41,13 @@ std::string cleanPath(std::string_view path) {
     if (end == std::string_view::npos) end = path.size();
     if (end > start) {
       if (!out.empty()) out += '/';
-      out.append(path.substr(start, end - start));
+      for (char c : path.substr(start, end - start)) {
+        if (c == '\0') {
+          out += "\uFFFD";
+        } else {
+          out += c;
+        }
+      }
     }
     start = end + 1;
   }
@@ -218,12 +226,23 @@ int64_t insertImported(CatalogDB& store, const std::string& name, const std::str
       std::string path = cleanPath(item.path);
       if (!path.empty()) byPath.insert_or_assign(std::move(path), &item);
     }
-    // Folders that the file does not list, so that every item has its parents.
+    // Folders that the file does not list, so that every item has its parents. A listed file with items
+    // below it (only a damaged file has one) becomes a folder, or its items could never be browsed to.
     std::deque<ImportedFile> synthetic;
     for (const ImportedFile& item : items) {
       std::string path = cleanPath(item.path);
       for (std::string_view parent = parentPath(path); !parent.empty(); parent = parentPath(parent)) {
-        if (byPath.count(std::string(parent))) break;
+        auto listed = byPath.find(std::string(parent));
+        if (listed != byPath.end()) {
+          if (!listed->second->isDir) {
+            ImportedFile folder = *listed->second;
+            folder.isDir = true;
+            folder.kind = rawValue(FileKind::folder);
+            synthetic.push_back(std::move(folder));
+            listed->second = &synthetic.back();
+          }
+          break;
+        }
         synthetic.push_back(syntheticFolder(std::string(parent)));
         byPath.emplace(synthetic.back().path, &synthetic.back());
       }

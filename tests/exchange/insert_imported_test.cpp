@@ -121,15 +121,34 @@ TEST_F(ExchangeTest, EveryFieldOfAnItemIsStoredAndFolderSizesInTheFileAreNotTrus
 TEST_F(ExchangeTest, LaterDuplicatesWinAndEmptyOrUntidyPathsAreHandled) {
   int64_t id = insertImported(
       store, "Dups", "", VolumeInfo{}, false,
-      {item("x/file", 1), item(""), item("/"), item("x/file", 2), item("/y//z/", 5), item("x", 0, true)}, "");
+      {item("x/file", 1), item(""), item("/"), item("x/file", 2), item("/y//z/", 5), item("x", 0, true),
+       item(std::string("nul\0a", 5), 1), item(std::string("nul\0b", 5), 1)},
+      "");
   auto rows = records(id);
-  ASSERT_EQ(rows.size(), 4u) << "x, x/file, y, y/z";
+  ASSERT_EQ(rows.size(), 6u) << "x, x/file, y, y/z and the two names with a NUL";
+  EXPECT_EQ(rows["nul\uFFFDa"].name, "nul\uFFFDa");
+  EXPECT_EQ(rows["nul\uFFFDb"].size, 1);
   EXPECT_EQ(rows["x/file"].size, 2);
   EXPECT_EQ(rows["y/z"].size, 5);
   EXPECT_EQ(rows["y/z"].name, "z");
   EXPECT_EQ(rows["y/z"].parentID, rows["y"].id);
   EXPECT_TRUE(rows["y"].isDir);
-  EXPECT_EQ(store.catalog(id)->fileCount, 2);
+  EXPECT_EQ(store.catalog(id)->fileCount, 4);
+}
+
+TEST_F(ExchangeTest, AListedFileWithItemsBelowItBecomesTheirFolder) {
+  ImportedFile file = item("notes.txt", 40);
+  file.kind = "Document";
+  file.tags = "kept";
+  int64_t id =
+      insertImported(store, "Damaged", "", VolumeInfo{}, false, {file, item("notes.txt/inner", 3)}, "");
+  auto rows = records(id);
+  EXPECT_TRUE(rows["notes.txt"].isDir);
+  EXPECT_EQ(rows["notes.txt"].kind, FileKind::folder);
+  EXPECT_EQ(rows["notes.txt"].tags, std::vector<std::string>{"kept"});
+  EXPECT_EQ(rows["notes.txt"].size, 3);
+  EXPECT_EQ(rows["notes.txt/inner"].parentID, rows["notes.txt"].id);
+  EXPECT_EQ(store.children(id, rows["notes.txt"].id, true).size(), 1u);
 }
 
 TEST_F(ExchangeTest, NoItemsGiveAnEmptyScannedCatalog) {
