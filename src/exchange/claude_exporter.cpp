@@ -1,11 +1,7 @@
 // The export for Claude: the bundle folder, its JSON Lines and XML records, the README and the plan template.
 #include "exchange/claude_exporter.h"
 
-#include <fcntl.h>
-#include <stdlib.h>
-#include <sys/stat.h>
 #include <time.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cmath>
@@ -15,6 +11,7 @@
 
 #include "core/app_info.h"
 #include "core/name_mapping.h"
+#include "exchange/exchange_file.h"
 #include "organize/export_error.h"
 #include "store/catalog_db.h"
 #include "store/finder_label.h"
@@ -29,34 +26,6 @@ namespace {
 
 // “text”, as file names are quoted in messages.
 std::string quoted(const std::string& text) { return "\u201C" + text + "\u201D"; }
-
-// Writes `contents` to `target` through a temporary file in the same folder and a rename, so a reader
-// never sees a partial file, and a failure leaves whatever stood at `target` untouched.
-void writeAtomically(const fs::path& target, const std::string& contents) {
-  std::string tmp = (target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string();
-  int fd = ::mkstemp(tmp.data());
-  if (fd < 0) {
-    throw ExportError("Could not write " + quoted(target.filename().string()) + ": " + std::strerror(errno));
-  }
-  int error = 0;
-  for (size_t done = 0; error == 0 && done < contents.size();) {
-    ssize_t n = ::write(fd, contents.data() + done, contents.size() - done);
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0)
-      error = n < 0 ? errno : ENOSPC;
-    else
-      done += static_cast<size_t>(n);
-  }
-  // mkstemp makes the file readable by its owner alone; an export is an ordinary document.
-  if (error == 0 && ::fchmod(fd, 0644) != 0) error = errno;
-  if (error == 0 && ::fsync(fd) != 0) error = errno;
-  if (::close(fd) != 0 && error == 0) error = errno;
-  if (error == 0 && ::rename(tmp.c_str(), target.c_str()) != 0) error = errno;
-  if (error != 0) {
-    ::unlink(tmp.c_str());
-    throw ExportError("Could not write " + quoted(target.filename().string()) + ": " + std::strerror(error));
-  }
-}
 
 // The longest prefix of `text` of at most `bytes` bytes that does not split a UTF-8 sequence.
 std::string_view utf8Prefix(std::string_view text, size_t bytes) {
@@ -344,7 +313,7 @@ std::vector<fs::path> exportTo(CatalogDB& store, const Catalog& catalog, const f
   std::vector<fs::path> written;
   auto write = [&](const char* name, const std::string& contents) {
     fs::path target = to / name;
-    writeAtomically(target, contents);
+    writeFileAtomically(target, contents);
     written.push_back(target);
   };
 

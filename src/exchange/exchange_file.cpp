@@ -9,6 +9,7 @@
 #include <cstring>
 #include <fstream>
 
+#include "core/name_mapping.h"
 #include "organize/export_error.h"
 
 namespace orrelin {
@@ -17,9 +18,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr size_t kFlushSize = 1 << 20;
 
-std::string quoted(const fs::path& path) { return "\u201C" + path.string() + "\u201D"; }
+std::string quoted(const fs::path& path) { return "\u201C" + NameMapping::storedPath(path) + "\u201D"; }
 
 // The permission bits a new file gets from the process's umask. Read from /proc rather than set and
 // restored with umask(2), which would race with files made by other threads meanwhile.
@@ -90,6 +90,7 @@ void AtomicFile::flush() {
     if (n <= 0) fail(n < 0 ? errno : ENOSPC);
     done += static_cast<size_t>(n);
   }
+  m_written += static_cast<int64_t>(m_buffer.size());
   m_buffer.clear();
 }
 
@@ -101,6 +102,12 @@ void AtomicFile::commit() {
   if (::close(fd) != 0) fail(errno);
   if (::rename(m_temp.c_str(), m_target.c_str()) != 0) fail(errno);
   m_committed = true;
+}
+
+void writeFileAtomically(const fs::path& path, std::string_view text) {
+  AtomicFile file(path);
+  file.write(text);
+  file.commit();
 }
 
 void AtomicFile::fail(int error) {

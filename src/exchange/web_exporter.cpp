@@ -4,6 +4,7 @@
 #include <set>
 
 #include "core/app_info.h"
+#include "exchange/exchange_file.h"
 #include "exchange/web_assets.h"
 #include "exchange/web_files.h"
 #include "exchange/web_text.h"
@@ -109,7 +110,7 @@ void appendCatalogHead(std::string& out, const Catalog& c) {
 // Writes data/cat-<id>.js while reading the catalog's records, copying thumbnails on the way.
 void writeDataFile(CatalogDB& store, const Catalog& catalog, const fs::path& to, const fs::path& thumbsRoot,
                    const Options& options) {
-  web::AtomicFile file(to / "data" / dataFileName(catalog.id));
+  AtomicFile file(to / "data" / dataFileName(catalog.id));
   std::string& out = file.buffer();
   out += kDataPrefix;
   appendCatalogHead(out, catalog);
@@ -211,8 +212,8 @@ fs::path exportSite(CatalogDB& store, const std::vector<Catalog>& catalogs, cons
                     const fs::path& thumbsRoot, const Options& options) {
   web::createFolder(to / "assets");
   web::createFolder(to / "data");
-  web::writeFileAtomically(to / "assets" / "style.css", css());
-  web::writeFileAtomically(to / "assets" / "app.js", js());
+  writeFileAtomically(to / "assets" / "style.css", css());
+  writeFileAtomically(to / "assets" / "app.js", js());
 
   std::string indexScripts;
   std::set<int64_t> written;
@@ -221,7 +222,7 @@ fs::path exportSite(CatalogDB& store, const std::vector<Catalog>& catalogs, cons
     writeDataFile(store, catalog, to, thumbsRoot, options);
     std::string id = std::to_string(catalog.id);
     std::string script = scriptElement("data/" + dataFileName(catalog.id)) + "\n";
-    web::writeFileAtomically(
+    writeFileAtomically(
         to / ("catalog-" + id + ".html"),
         pageShell(web::displayText(catalog.name),
                   "<div id=\"app\" data-page=\"catalog\" data-catalog=\"" + id + "\"></div>", script));
@@ -230,7 +231,7 @@ fs::path exportSite(CatalogDB& store, const std::vector<Catalog>& catalogs, cons
 
   std::string title = web::displayText(options.title.empty() ? kDefaultTitle : options.title);
   fs::path index = to / "index.html";
-  web::writeFileAtomically(
+  writeFileAtomically(
       index,
       pageShell(title, "<div id=\"app\" data-page=\"index\" data-title=\"" + htmlEscape(title) + "\"></div>",
                 indexScripts));

@@ -6,7 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstring>
 #include <system_error>
 
@@ -70,55 +69,6 @@ void createFolder(const fs::path& folder) {
     throw ExportError("Could not create the folder \u201C" + shown(folder) + "\u201D: " + reason(error) +
                       ".");
   }
-}
-
-AtomicFile::AtomicFile(fs::path path) : m_path(std::move(path)) {
-  static std::atomic<unsigned> counter{0};
-  // The temporary is made with mode 0666, so the umask gives it (and the final file) the usual rights.
-  for (int attempt = 0; attempt < 100 && m_fd < 0; ++attempt) {
-    m_temporary =
-        m_path.parent_path() / ("." + m_path.filename().string() + "." + std::to_string(::getpid()) + "." +
-                                std::to_string(counter++) + ".tmp");
-    m_fd = ::open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
-    if (m_fd < 0 && errno != EEXIST) fail(errno);
-  }
-  if (m_fd < 0) fail(EEXIST);
-  m_buffer.reserve(kFlushSize + (kFlushSize >> 2));
-}
-
-AtomicFile::~AtomicFile() {
-  if (m_fd >= 0) {
-    ::close(m_fd);
-    ::unlink(m_temporary.c_str());
-  }
-}
-
-void AtomicFile::fail(int error) const {
-  throw ExportError("Could not write \u201C" + shown(m_path) + "\u201D: " + reason(error) + ".");
-}
-
-void AtomicFile::flush() {
-  if (!writeAll(m_fd, m_buffer.data(), m_buffer.size())) fail(errno ? errno : EIO);
-  m_written += static_cast<int64_t>(m_buffer.size());
-  m_buffer.clear();
-}
-
-void AtomicFile::commit() {
-  flush();
-  if (::fsync(m_fd) != 0) fail(errno);
-  int fd = m_fd;
-  m_fd = -1;
-  if (::close(fd) != 0 || ::rename(m_temporary.c_str(), m_path.c_str()) != 0) {
-    int error = errno;
-    ::unlink(m_temporary.c_str());
-    fail(error);
-  }
-}
-
-void writeFileAtomically(const fs::path& path, std::string_view text) {
-  AtomicFile file(path);
-  file.buffer().append(text);
-  file.commit();
 }
 
 ThumbnailCopier::ThumbnailCopier(const fs::path& thumbsRoot, const fs::path& siteRoot, int64_t catalogID)

@@ -1,5 +1,5 @@
-// Files of the inventory web site: whole-or-nothing writes of pages and data scripts, and copies of cached
-// thumbnails that never leave the thumbnails folder through a link.
+// Files of the inventory web site: its folders, and copies of cached thumbnails that never leave the
+// thumbnails folder through a link. Pages and data scripts are written with AtomicFile (exchange_file.h).
 #pragma once
 
 #include <cstdint>
@@ -11,45 +11,6 @@ namespace orrelin::web {
 
 // Creates `folder` and its parents (an existing folder is fine). Throws ExportError.
 void createFolder(const std::filesystem::path& folder);
-
-// A file written in pieces to a temporary beside its final path, which replaces the final file only on
-// commit(): a reader never sees half a file, and a failed export leaves any earlier version in place.
-class AtomicFile {
- public:
-  // Creates the temporary in the folder of `path`. Throws ExportError.
-  explicit AtomicFile(std::filesystem::path path);
-  // Removes the temporary unless commit() succeeded.
-  ~AtomicFile();
-  AtomicFile(const AtomicFile&) = delete;
-  AtomicFile& operator=(const AtomicFile&) = delete;
-
-  // The text not yet written. Callers append to it and call flushIfFull() now and then, so that a large
-  // file never sits in memory whole.
-  std::string& buffer() { return m_buffer; }
-  void flushIfFull() {
-    if (m_buffer.size() >= kFlushSize) flush();
-  }
-  // Writes the rest, syncs the file to disk and renames it over `path`. Throws ExportError.
-  void commit();
-
-  // Bytes written so far, the buffer included.
-  int64_t size() const { return m_written + static_cast<int64_t>(m_buffer.size()); }
-
-  static constexpr size_t kFlushSize = 1 << 20;
-
- private:
-  void flush();
-  [[noreturn]] void fail(int error) const;
-
-  std::filesystem::path m_path;
-  std::filesystem::path m_temporary;
-  int m_fd = -1;
-  std::string m_buffer;
-  int64_t m_written = 0;
-};
-
-// Writes `text` to `path` atomically, as AtomicFile does. Throws ExportError.
-void writeFileAtomically(const std::filesystem::path& path, std::string_view text);
 
 // Copies one catalog's cached thumbnails (<thumbsRoot>/<catalog id>/<file id>.jpg) into a site's
 // thumbs/<catalog id>/ folder. The catalog's folder and each picture must be a real folder and a regular

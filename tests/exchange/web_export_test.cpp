@@ -5,6 +5,7 @@
 #include <cmath>
 #include <fstream>
 
+#include "exchange/exchange_file.h"
 #include "exchange/web_files.h"
 #include "exchange/web_site_fixture.h"
 #include "organize/export_error.h"
@@ -308,7 +309,7 @@ TEST_F(WebExportTest, LargeCatalogStreamsInOrder) {
   });
   exportSite({id});
   EXPECT_GT(fs::file_size(site / ("data/cat-" + std::to_string(id) + ".js")),
-            2u * web::AtomicFile::kFlushSize);
+            2u * AtomicFile::kFlushSize);
   std::vector<FileRecord> expected = store.allFiles(id);
   json items = readData(id)["items"];
   ASSERT_EQ(items.size(), expected.size());
