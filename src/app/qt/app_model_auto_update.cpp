@@ -59,12 +59,17 @@ void AppModel::updateWatchers() {
     const int64_t id = c.id;
     // The watcher may outlive nothing here, but its report is delivered as a task of its own, and the
     // model is held weakly so a late report finds nobody rather than a destroyed model.
-    auto watcher = FolderWatcher::create(NameMapping::diskPath(c.rootPath), [self, id] {
-      if (!self) return;
-      QTimer::singleShot(0, self.data(), [self, id] {
-        if (self) self->scheduleAutoUpdate(id);
-      });
-    });
+    // The program's own data is left out: a drive or home folder that holds it would otherwise see every
+    // quiet rescan write the database and thumbnails, and start the next rescan, without end.
+    auto watcher = FolderWatcher::create(
+        NameMapping::diskPath(c.rootPath),
+        [self, id] {
+          if (!self) return;
+          QTimer::singleShot(0, self.data(), [self, id] {
+            if (self) self->scheduleAutoUpdate(id);
+          });
+        },
+        {m_databasePath.parent_path(), m_thumbnailsPath});
     // A watcher that cannot be made is tried again at the next update; the catalog stays watched.
     if (watcher) m_watchers.emplace(id, std::move(watcher));
   }
