@@ -201,5 +201,30 @@ TEST_F(AutoUpdateTest, AChangeDuringAScanIsServedWhenThatScanEnds) {
   EXPECT_EQ(get(smallID).fileCount, 2);
 }
 
+// A watched folder that holds the program's data folder (here the whole test folder, with the data folder,
+// the settings and the drives in it): the quiet rescan's own writes to the database do not start another.
+TEST_F(AutoUpdateTest, TheProgramsOwnWritesInAWatchedTreeStartNoRescan) {
+  makeModel();
+  makeTree("Inside", {"1"});
+  ASSERT_TRUE(fs::exists(model->databasePath()));
+  const int64_t id = scan(m_temp.path(), "Everything");
+  model->toggleWatch(get(id));
+  countScans();
+  model->rename(get(id), "Everything Renamed");  // A write to the database alone.
+  model->backupNow();
+  spin(kSettle);
+  EXPECT_EQ(scans, 0);
+  EXPECT_TRUE(model->pendingAuto().empty());
+
+  writeFile(m_temp.path() / "drives" / "Inside" / "2", "x");
+  ASSERT_TRUE(waitUntil([&] { return scans == 1 && idle(); }));
+  spin(kSettle);
+  EXPECT_EQ(scans, 1);
+  EXPECT_TRUE(model->pendingAuto().empty());
+  ASSERT_EQ(toasts.size(), 2u);  // The backup's, then the rescan's.
+  // The new file, and whatever the backup and the settings added meanwhile.
+  EXPECT_TRUE(toasts[1].starts_with("Auto-updated \u201CEverything Renamed\u201D: +")) << toasts[1];
+}
+
 }  // namespace
 }  // namespace orrelin
