@@ -109,12 +109,14 @@ void AppModel::exportCatalogs(const std::vector<Catalog>& catalogs, bool csv) {
   m_exchangeFolder = to->parent_path();
   int64_t count = 0;
   try {
-    count = csv ? Exporter::exportCSV(*m_store, catalogs, *to) : Exporter::exportJSON(*m_store, catalogs, *to);
+    count =
+        csv ? Exporter::exportCSV(*m_store, catalogs, *to) : Exporter::exportJSON(*m_store, catalogs, *to);
   } catch (const std::exception& error) {
     show(QStringLiteral("Export Failed"), errorText(error));
     return;
   }
-  flash(QStringLiteral("Exported %1 records to %2").arg(countText(count), csv ? QStringLiteral("CSV") : QStringLiteral("JSON")));
+  flash(QStringLiteral("Exported %1 records to %2")
+            .arg(countText(count), csv ? QStringLiteral("CSV") : QStringLiteral("JSON")));
 }
 
 void AppModel::exportCSV(const std::vector<Catalog>& catalogs) { exportCatalogs(catalogs, /*csv=*/true); }
@@ -185,7 +187,8 @@ void AppModel::importCatalogs() {
                                          [](const Catalog& a, const Catalog& b) { return a.id < b.id; });
     setSelectedCatalogID(newest->id);
   }
-  flash(QStringLiteral("Imported %1 catalog%2").arg(countText(count), count == 1 ? QString() : QStringLiteral("s")));
+  flash(QStringLiteral("Imported %1 catalog%2")
+            .arg(countText(count), count == 1 ? QString() : QStringLiteral("s")));
 }
 
 // --- Folders for Claude and the web ---
@@ -226,8 +229,8 @@ std::optional<fs::path> AppModel::exportWeb(const std::vector<Catalog>& catalogs
   m_exchangeFolder = *parent;
   fs::path index;
   try {
-    index = WebExporter::exportSite(*m_store, catalogs, newSiteFolder(*parent, options.title), m_thumbnailsPath,
-                                    options);
+    index = WebExporter::exportSite(*m_store, catalogs, newSiteFolder(*parent, options.title),
+                                    m_thumbnailsPath, options);
   } catch (const std::exception& error) {
     show(QStringLiteral("Web Export Failed"), errorText(error));
     return std::nullopt;
@@ -265,7 +268,8 @@ void AppModel::loadSampleData() {
     return;
   }
   reload();
-  auto sample = std::find_if(m_catalogs.begin(), m_catalogs.end(), [](const Catalog& c) { return c.isSample; });
+  auto sample =
+      std::find_if(m_catalogs.begin(), m_catalogs.end(), [](const Catalog& c) { return c.isSample; });
   if (sample != m_catalogs.end()) setSelectedCatalogID(sample->id);
   setSection(AppSection::browse);
   flash(QStringLiteral("Sample cartridges loaded"));

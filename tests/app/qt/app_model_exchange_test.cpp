@@ -190,7 +190,9 @@ TEST_F(ExchangeTest, ImportAddsTheCatalogsSelectsTheNewestAndABadFileChangesNoth
 
   // A CSV with two catalogs, read as CSV whatever the case of its extension.
   const fs::path csv = out("in") / "two.CSV";
-  writeFile(csv, "Catalog,Path,Name,Folder,Kind,Size\r\nLeft,a.txt,a.txt,No,Other,5\r\nRight,b/c.txt,c.txt,No,Other,7");
+  writeFile(
+      csv,
+      "Catalog,Path,Name,Folder,Kind,Size\r\nLeft,a.txt,a.txt,No,Other,5\r\nRight,b/c.txt,c.txt,No,Other,7");
   answer(Answer::withPath(csv));
   model->importCatalogs();
   EXPECT_EQ(toast(), "Imported 2 catalogs");
@@ -252,9 +254,9 @@ TEST_F(ExchangeTest, TheClaudeExportLandsInANewFolderInsideTheChosenOne) {
   const std::regex name("Studio \u2014 Claude Export \\d{4}-\\d{2}-\\d{2} \\d{4}( 2)?");
   for (const std::string& bundle : bundles) {
     EXPECT_TRUE(std::regex_match(bundle, name)) << bundle;
-    EXPECT_EQ(entries(parent / bundle), (std::vector<std::string>{"README.md", "SUMMARY.md", "catalog.xml",
-                                                                   "files.jsonl",
-                                                                   "organization-plan.template.json"}));
+    EXPECT_EQ(entries(parent / bundle),
+              (std::vector<std::string>{"README.md", "SUMMARY.md", "catalog.xml", "files.jsonl",
+                                        "organization-plan.template.json"}));
   }
   EXPECT_NE(readFile(parent / bundles[0] / "files.jsonl").find("\"path\":\"notes/todo.txt\""),
             std::string::npos);

@@ -317,9 +317,8 @@ TEST_F(FolderWatcherTest, IgnoredFoldersAreNeitherWatchedNorReported) {
   const fs::path later = root / "Later Data";  // Ignored before it exists.
   // The tree is watched through a link, the ignored folders named by their real paths.
   fs::create_directory_symlink(root, dir.path() / "home link");
-  auto watcher = FolderWatcher::create(
-      dir.path() / "home link", [this] { ++reports; },
-      {data, data / "Thumbnails", later, dir.path() / "elsewhere"});
+  auto watcher = FolderWatcher::create(dir.path() / "home link", [this] { ++reports; },
+                                       {data, data / "Thumbnails", later, dir.path() / "elsewhere"});
   ASSERT_NE(watcher, nullptr);
   EXPECT_EQ(watcher->watchedFolderCount(), 4u);  // The root, .local, share and Music.
 
