@@ -17,18 +17,20 @@ namespace {
 
 QString qs(const std::string& text) { return QString::fromStdString(text); }
 
-// The folders the program writes to on its own: the database's folder, the thumbnails, the data folder
-// (backups and undo logs) and the settings.
-std::vector<std::filesystem::path> ownFolders(const std::filesystem::path& database,
-                                              const std::filesystem::path& thumbnails) {
-  std::vector<std::filesystem::path> folders{database.parent_path(), thumbnails};
+// What the program writes to on its own: the database with its journal files, the thumbnails, the data
+// folder (backups and undo logs) and the settings. The database's files are named one by one: a database
+// kept by path in some folder does not make all of that folder the program's.
+std::vector<std::filesystem::path> ownPaths(const std::filesystem::path& database,
+                                            const std::filesystem::path& thumbnails) {
+  std::vector<std::filesystem::path> paths{thumbnails, database};
+  for (const char* suffix : {"-wal", "-shm", "-journal"}) paths.push_back(database.string() + suffix);
   try {
-    folders.push_back(AppPaths::dataHome() / "TVRL Orrelin");
-    folders.push_back(UserDefaults::filePath().parent_path());
+    paths.push_back(AppPaths::dataHome() / "TVRL Orrelin");
+    paths.push_back(UserDefaults::filePath().parent_path());
   } catch (const std::exception&) {
     // No home folder: then nothing of the program's can lie in a watched tree beyond the database.
   }
-  return folders;
+  return paths;
 }
 
 }  // namespace
@@ -74,7 +76,7 @@ void AppModel::updateWatchers() {
   std::vector<std::filesystem::path> ignored;
   for (const Catalog& c : m_catalogs) {
     if (!m_watchedIDs.count(c.id) || !m_onlineIDs.count(c.id) || m_watchers.count(c.id)) continue;
-    if (ignored.empty()) ignored = ownFolders(m_databasePath, m_thumbnailsPath);
+    if (ignored.empty()) ignored = ownPaths(m_databasePath, m_thumbnailsPath);
     QPointer<AppModel> self(this);
     const int64_t id = c.id;
     // The watcher may outlive nothing here, but its report is delivered as a task of its own, and the

@@ -103,10 +103,10 @@ struct FolderWatcher::Impl {
     std::vector<int> children;  // Watches of its subfolders.
   };
 
-  // A folder left out of the watch. It is known by its path as the tree spells it (empty when it lies
-  // outside the tree by its real path) and, when it existed at the start, by its device and inode, which
-  // find it under any other path, such as a bind mount. Either way its last name must match: that keeps
-  // the test to a string comparison for every other folder.
+  // A folder or file left out of the watch. It is known by its path as the tree spells it (empty when it
+  // lies outside the tree by its real path) and, when it existed at the start, by its device and inode,
+  // which find it under any other path, such as a bind mount. Either way its last name must match: that
+  // keeps the test to a string comparison for every other entry.
   struct Ignored {
     std::string path;
     std::string name;
@@ -317,7 +317,7 @@ bool FolderWatcher::Impl::isIgnored(const std::string& path, const std::string& 
     if (folder.name != name) continue;
     if (folder.path == path) return true;
     struct stat st {};
-    if (folder.known && lstat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && st.st_dev == folder.device &&
+    if (folder.known && lstat(path.c_str(), &st) == 0 && st.st_dev == folder.device &&
         st.st_ino == folder.inode) {
       return true;
     }
@@ -330,9 +330,9 @@ void FolderWatcher::Impl::noteIgnored(int parent, const std::string& name) {
   if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
 }
 
-// True when the event is about an ignored folder itself, as an entry of the folder that holds it: it
-// appeared, changed its attributes, or went (then it is forgotten, and whatever takes its name later is
-// judged afresh).
+// True when the event is about an ignored entry itself, as an entry of the folder that holds it: a file
+// written, or a folder that appeared, changed its attributes, or went (then it is forgotten, and whatever
+// takes its name later is judged afresh).
 bool FolderWatcher::Impl::isIgnoredEntry(const struct inotify_event& event, const std::string& name) {
   auto entries = ignoredEntries.find(event.wd);
   if (entries != ignoredEntries.end()) {
@@ -342,12 +342,11 @@ bool FolderWatcher::Impl::isIgnoredEntry(const struct inotify_event& event, cons
       return true;
     }
   }
-  if ((event.mask & IN_ISDIR) && (event.mask & (IN_CREATE | IN_MOVED_TO)) &&
-      isIgnored(joinPath(pathOf(event.wd), name), name)) {
-    noteIgnored(event.wd, name);
-    return true;
-  }
-  return false;
+  const bool nameMatches =
+      std::any_of(ignored.begin(), ignored.end(), [&](const Ignored& entry) { return entry.name == name; });
+  if (!nameMatches || !isIgnored(joinPath(pathOf(event.wd), name), name)) return false;
+  if ((event.mask & IN_ISDIR) && (event.mask & (IN_CREATE | IN_MOVED_TO))) noteIgnored(event.wd, name);
+  return true;
 }
 
 // Applies one event to the set of watches. Returns true when it is a change below the root.
@@ -408,8 +407,8 @@ void FolderWatcher::Impl::readEvents() {
   if (changed && !muted && !timer->isActive()) timer->start(TestTiming::scaled(kLatency));
 }
 
-// Records the folders to leave out of the watch of the root, or mutes the watcher when the root lies
-// in one of them.
+// Records the folders and files to leave out of the watch of the root, or mutes the watcher when the root
+// lies in one of the folders.
 void FolderWatcher::Impl::setIgnored(const std::vector<std::filesystem::path>& given) {
   namespace fs = std::filesystem;
   std::error_code ec;
@@ -417,24 +416,24 @@ void FolderWatcher::Impl::setIgnored(const std::vector<std::filesystem::path>& g
   if (ec) return;  // Then the root cannot be watched either.
   for (const fs::path& path : given) {
     if (path.empty()) continue;
-    fs::path folder = fs::weakly_canonical(fs::absolute(path, ec), ec);
+    fs::path real = fs::weakly_canonical(fs::absolute(path, ec), ec);
     if (ec) continue;
-    if (!folder.has_filename()) folder = folder.parent_path();  // A trailing "/".
-    if (isAtOrBelow(canonicalRoot, folder)) {
+    if (!real.has_filename()) real = real.parent_path();  // A trailing "/".
+    if (isAtOrBelow(canonicalRoot, real)) {
       muted = true;
       return;
     }
     Ignored entry;
-    entry.name = folder.filename().native();
-    if (isAtOrBelow(folder, canonicalRoot))
-      entry.path = joinPath(rootText, folder.lexically_relative(canonicalRoot).native());
+    entry.name = real.filename().native();
+    if (isAtOrBelow(real, canonicalRoot))
+      entry.path = joinPath(rootText, real.lexically_relative(canonicalRoot).native());
     struct stat st {};
-    if (lstat(folder.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) {
+    if (lstat(real.c_str(), &st) == 0) {
       entry.known = true;
       entry.device = st.st_dev;
       entry.inode = st.st_ino;
     }
-    // A folder outside the tree that does not exist yet could only be met under a path unknown now.
+    // An entry outside the tree that does not exist yet could only be met under a path unknown now.
     if (!entry.path.empty() || entry.known) ignored.push_back(std::move(entry));
   }
 }

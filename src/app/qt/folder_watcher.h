@@ -26,10 +26,11 @@ class FolderWatcher : public QObject {
   // a queue overflow counts as a change. Returns nullptr when inotify cannot be set up or `root` cannot
   // be watched. When the per-user watch limit runs out, the folders watched so far stay watched.
   //
-  // The folders in `ignored` (with everything below them) are neither watched nor reported: changes in
-  // them, and their own coming and going, are no change of the tree. They are recognised whatever the
-  // spelling of the path that leads to them (links, "..", a bind mount of a folder above them), and may
-  // appear after the watch began. When the root itself lies in an ignored folder, nothing is ever reported.
+  // The folders (with everything below them) and files in `ignored` are neither watched nor reported:
+  // changes in them, and their own coming and going, are no change of the tree. They are recognised
+  // whatever the spelling of the path that leads to them (links, "..", a bind mount of a folder above
+  // them), and may appear after the watch began. When the root itself lies in an ignored folder, nothing
+  // is ever reported.
   static std::unique_ptr<FolderWatcher> create(const std::filesystem::path& root,
                                                std::function<void()> onChange,
                                                const std::vector<std::filesystem::path>& ignored = {});

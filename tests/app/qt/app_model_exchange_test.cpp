@@ -24,9 +24,9 @@ using Answer = Dialogs::Answer;
 using Kind = Dialogs::Request::Kind;
 namespace fs = std::filesystem;
 
-class ExchangeTest : public AppModelTest {
+class AppExchangeTest : public AppModelTest {
  protected:
-  ExchangeTest() {
+  AppExchangeTest() {
     // Showing a result in the file manager must find no desktop to open one on.
     m_env.set("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + (m_temp.path() / "no-bus").string());
     m_env.set("DISPLAY", std::nullopt);
@@ -63,7 +63,7 @@ class ExchangeTest : public AppModelTest {
   }
 };
 
-TEST_F(ExchangeTest, CatalogExportsProposeANameAndSayHowManyRecordsWentOut) {
+TEST_F(AppExchangeTest, CatalogExportsProposeANameAndSayHowManyRecordsWentOut) {
   makeModel();
   model->exportCSV(std::vector<Catalog>{});
   EXPECT_EQ(alertTitle(), "Nothing to Export");
@@ -118,7 +118,7 @@ TEST_F(ExchangeTest, CatalogExportsProposeANameAndSayHowManyRecordsWentOut) {
   EXPECT_FALSE(fs::exists(m_temp.path() / "no such folder"));
 }
 
-TEST_F(ExchangeTest, SearchAndReportHitsExportAsResultsAndRows) {
+TEST_F(AppExchangeTest, SearchAndReportHitsExportAsResultsAndRows) {
   makeModel();
   const fs::path root = makeTree("Drive", {"one.txt", "two.txt", "empty/.keep"});
   fs::remove(root / "empty/.keep");
@@ -160,7 +160,7 @@ TEST_F(ExchangeTest, SearchAndReportHitsExportAsResultsAndRows) {
   EXPECT_EQ(toast(), "Exported 1 rows");
 }
 
-TEST_F(ExchangeTest, ImportAddsTheCatalogsSelectsTheNewestAndABadFileChangesNothing) {
+TEST_F(AppExchangeTest, ImportAddsTheCatalogsSelectsTheNewestAndABadFileChangesNothing) {
   makeModel();
   const int64_t original = scan(makeTree("Archive", {"docs/a.pdf", "docs/b.pdf", "c.txt"}), "Archive");
   const fs::path json = out("in") / "archive.json";
@@ -231,7 +231,7 @@ TEST_F(ExchangeTest, ImportAddsTheCatalogsSelectsTheNewestAndABadFileChangesNoth
   }
 }
 
-TEST_F(ExchangeTest, TheClaudeExportLandsInANewFolderInsideTheChosenOne) {
+TEST_F(AppExchangeTest, TheClaudeExportLandsInANewFolderInsideTheChosenOne) {
   makeModel();
   const int64_t id = scan(makeTree("Studio", {"mix.wav", "notes/todo.txt"}), "Studio");
   model->exportForClaude(get(id));  // Cancelled.
@@ -271,7 +271,7 @@ TEST_F(ExchangeTest, TheClaudeExportLandsInANewFolderInsideTheChosenOne) {
   EXPECT_EQ(toast(), "before");
 }
 
-TEST_F(ExchangeTest, TheWebExportReturnsTheIndexOfANewSiteFolder) {
+TEST_F(AppExchangeTest, TheWebExportReturnsTheIndexOfANewSiteFolder) {
   makeModel();
   const int64_t zulu = scan(makeTree("Zulu", {"z.txt"}), "Zulu");
   const int64_t alpha = scan(makeTree("Alpha", {"a.txt"}), "Alpha");
@@ -322,7 +322,7 @@ TEST_F(ExchangeTest, TheWebExportReturnsTheIndexOfANewSiteFolder) {
   EXPECT_EQ(alertTitle(), "Web Export Failed");
 }
 
-TEST_F(ExchangeTest, SampleDataLoadsSelectedAndLeavesOnlyWhatIsNotSample) {
+TEST_F(AppExchangeTest, SampleDataLoadsSelectedAndLeavesOnlyWhatIsNotSample) {
   makeModel();
   const int64_t own = scan(makeTree("Own Drive", {"a"}), "Own Drive");
   model->setSection(AppSection::stats);
@@ -363,7 +363,7 @@ TEST_F(ExchangeTest, SampleDataLoadsSelectedAndLeavesOnlyWhatIsNotSample) {
   EXPECT_EQ(model->dataVersion(), version);
 }
 
-TEST_F(ExchangeTest, SampleDataFailuresAreShownUnderTheirTitles) {
+TEST_F(AppExchangeTest, SampleDataFailuresAreShownUnderTheirTitles) {
   makeModel();
   model->store()->db().exec(
       "CREATE TRIGGER no_new_catalogs BEFORE INSERT ON catalogs BEGIN SELECT RAISE(ABORT, 'locked'); END;");
@@ -385,7 +385,7 @@ TEST_F(ExchangeTest, SampleDataFailuresAreShownUnderTheirTitles) {
   EXPECT_EQ(model->catalogs().size(), 4u);
 }
 
-TEST_F(ExchangeTest, LaunchWithSampleLoadsItOnceBeforeTheOtherArguments) {
+TEST_F(AppExchangeTest, LaunchWithSampleLoadsItOnceBeforeTheOtherArguments) {
   makeModel();
   model->applyLaunchArguments({"--sample", "--section=search", "--select=photo"});
   ASSERT_EQ(model->catalogs().size(), 4u);
@@ -403,7 +403,7 @@ TEST_F(ExchangeTest, LaunchWithSampleLoadsItOnceBeforeTheOtherArguments) {
   EXPECT_TRUE(model->store()->catalogs().empty());
 }
 
-TEST_F(ExchangeTest, WithoutADatabaseNothingIsAsked) {
+TEST_F(AppExchangeTest, WithoutADatabaseNothingIsAsked) {
   fs::create_directories(m_temp.path() / "data/TVRL Orrelin/Catalogs.sqlite");
   makeModel();
   ASSERT_FALSE(model->hasStore());

@@ -226,5 +226,28 @@ TEST_F(AutoUpdateTest, TheProgramsOwnWritesInAWatchedTreeStartNoRescan) {
   EXPECT_TRUE(toasts[1].starts_with("Auto-updated \u201CEverything Renamed\u201D: +")) << toasts[1];
 }
 
+// A database kept by path in a folder of its own choosing (the command-line tool's --db): its files are no
+// change of a watched tree that holds them, and the trees beside them in that folder are watched as usual.
+TEST_F(AutoUpdateTest, ADatabaseKeptInAWatchedFolderIsNoChangeAndItsFolderIsStillWatched) {
+  const fs::path tree = makeTree("Tree", {"1"});
+  const fs::path folder = tree.parent_path();
+  model = std::make_unique<AppModel>(folder / "c.sqlite");
+  ASSERT_TRUE(model->hasStore());
+  const int64_t all = scan(folder, "All");
+  const int64_t part = scan(tree, "Part");
+  model->toggleWatch(get(all));
+  model->toggleWatch(get(part));
+  countScans();
+  model->setNotes(get(all), "only the database changes");
+  spin(kSettle);
+  EXPECT_EQ(scans, 0);
+
+  writeFile(tree / "2", "x");
+  ASSERT_TRUE(waitUntil([&] { return scans == 2 && idle(); }));
+  spin(kSettle);
+  EXPECT_EQ(scans, 2);
+  EXPECT_EQ(get(part).fileCount, 2);
+}
+
 }  // namespace
 }  // namespace orrelin

@@ -314,11 +314,12 @@ TEST_F(FolderWatcherTest, IgnoredFoldersAreNeitherWatchedNorReported) {
   const fs::path data = root / ".local" / "share" / "TVRL Orrelin";
   fs::create_directories(data / "Thumbnails" / "7");
   fs::create_directories(root / "Music");
-  const fs::path later = root / "Later Data";  // Ignored before it exists.
+  const fs::path later = root / "Later Data";                // Ignored before it exists.
+  const fs::path journal = root / "Music" / "c.sqlite-wal";  // A file, ignored in a folder that is not.
   // The tree is watched through a link, the ignored folders named by their real paths.
   fs::create_directory_symlink(root, dir.path() / "home link");
   auto watcher = FolderWatcher::create(dir.path() / "home link", [this] { ++reports; },
-                                       {data, data / "Thumbnails", later, dir.path() / "elsewhere"});
+                                       {data, data / "Thumbnails", later, journal, dir.path() / "elsewhere"});
   ASSERT_NE(watcher, nullptr);
   EXPECT_EQ(watcher->watchedFolderCount(), 4u);  // The root, .local, share and Music.
 
@@ -330,6 +331,8 @@ TEST_F(FolderWatcherTest, IgnoredFoldersAreNeitherWatchedNorReported) {
       {"written in the late one", [&] { writeFile(later / "x", "x"); }},
       {"ignored folder's mode changed", [&] { fs::permissions(data, fs::perms::owner_all); }},
       {"ignored folder removed", [&] { fs::remove_all(later); }},
+      {"ignored file written", [&] { writeFile(journal, "frames"); }},
+      {"ignored file removed", [&] { fs::remove(journal); }},
   };
   for (const auto& [what, change] : own) {
     SCOPED_TRACE(what);
