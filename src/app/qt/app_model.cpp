@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QJSEngine>
 
+#include <algorithm>
 #include <exception>
 #include <system_error>
 
@@ -241,9 +242,12 @@ void AppModel::setToast(std::optional<QString> text) {
 
 LaunchRequests AppModel::applyLaunchArguments(const QStringList& arguments) {
   LaunchRequests requests;
-  // CALL POINT (sample data): "--sample" comes first, and runs loadSampleData() when no catalog in
-  // m_catalogs is a sample one. The sample data generator is not part of this build yet, so the call is
-  // not made and "--sample" does nothing.
+  // "--sample" comes first, so the other arguments can select and show the cartridges it loads. A second
+  // launch with it finds them there and loads nothing.
+  if (LaunchArguments::has(arguments, QStringLiteral("--sample")) &&
+      std::none_of(m_catalogs.begin(), m_catalogs.end(), [](const Catalog& c) { return c.isSample; })) {
+    loadSampleData();
+  }
   requests.theme = LaunchArguments::value(arguments, QStringLiteral("theme"));
   if (auto value = LaunchArguments::value(arguments, QStringLiteral("section"))) {
     if (auto index = LaunchArguments::match(*value, sectionRawTexts())) setSection(allSections()[*index]);

@@ -22,9 +22,11 @@
 #include <vector>
 
 #include "app/qt/navigation.h"
+#include "exchange/web_exporter.h"
 #include "scan/qt/scan_engine.h"
 #include "scan/scan_records.h"
 #include "search/saved_search.h"
+#include "search/search_query.h"
 #include "store/records.h"
 
 class QJSEngine;
@@ -261,9 +263,56 @@ class AppModel : public QObject {
   // Lets the rename pane's messages and rescan requests reach this model, and gives it the store.
   void connectRenamePane(RenamePaneState& pane);
 
+  // --- Exchange: exports, import, sample data ---
+  // Each export asks with a panel where its file or folder goes (starting in the folder chosen last, else
+  // the documents folder), then says how it went with a toast or the alert "Export Failed". A cancelled
+  // panel does nothing. Without a store the catalog exports and the import do nothing.
+
+  // Writes `catalogs`, in the given order, as CSV or as a JSON archive that can be imported back; with no
+  // catalog, the alert "Nothing to Export".
+  void exportCSV(const std::vector<Catalog>& catalogs);
+  void exportJSON(const std::vector<Catalog>& catalogs);
+  // Writes the hits of a search as CSV or JSON, in their order (the search screen's export).
+  void exportSearchHits(const std::vector<SearchHit>& hits, bool csv);
+  // Writes the rows of a report as CSV (the report panes' export).
+  void exportReportHits(const std::vector<SearchHit>& hits);
+  // Asks for a CSV or JSON export, adds its catalogs as new ones and selects the one made last; a file
+  // that cannot be read gives the alert "Import Failed".
+  Q_INVOKABLE void importCatalogs();
+  // Writes the catalog's folder for Claude into a new folder inside a chosen one, and shows its
+  // SUMMARY.md in the file manager.
+  void exportForClaude(const Catalog& catalog);
+  // Writes the inventory web site of `catalogs` into a new folder inside a chosen one, named by the
+  // options' title and the time. Returns the path of its index.html; nothing when there was no store, no
+  // catalog, the panel was cancelled or the export failed.
+  std::optional<std::filesystem::path> exportWeb(const std::vector<Catalog>& catalogs,
+                                                 const WebExporter::Options& options);
+  // Adds the four demonstration cartridges, selects the first and shows the browser.
+  Q_INVOKABLE void loadSampleData();
+  // Deletes every sample catalog (with its thumbnails) and the sample groups left empty.
+  Q_INVOKABLE void removeSampleData();
+
+  // The same for the screens. Catalogs chosen by id go in the order of the sidebar's listing; unknown ids
+  // are left out.
+  Q_INVOKABLE void exportCSV(const QVariantList& catalogIDs);
+  Q_INVOKABLE void exportJSON(const QVariantList& catalogIDs);
+  // The shared search state's current hits.
+  Q_INVOKABLE void exportSearchResults(bool csv);
+  // The rows of a report pane: an EmptyFoldersPane, LargeOldPane or MissingPane; anything else does
+  // nothing.
+  Q_INVOKABLE void exportReport(QObject* pane);
+  Q_INVOKABLE void exportForClaude(qint64 catalogID);
+  // The path of index.html, or an empty text.
+  Q_INVOKABLE QString exportWeb(const QVariantList& catalogIDs, const QString& title, bool includeThumbnails,
+                                bool includeHidden);
+  // "Open in Browser" and "Show in Finder" for a generated site's index.html.
+  Q_INVOKABLE void openExportedFile(const QString& path);
+  Q_INVOKABLE void revealExportedFile(const QString& path);
+
   // --- Launch ---
-  // Applies the launch arguments that concern the application state, in their order, and returns those
-  // that concern the interface.
+  // Applies the launch arguments that concern the application state, in their order ("--sample" first:
+  // the sample data, unless a sample catalog is there already), and returns those that concern the
+  // interface.
   LaunchRequests applyLaunchArguments(const QStringList& arguments);
 
  signals:
@@ -319,6 +368,12 @@ class AppModel : public QObject {
   // Whether a scan runs; if so, says so with the "Scan in Progress" alert.
   bool refuseWhileScanning();
   void revealOrOpen(const FileRecord& file, bool reveal);
+  void exportCatalogs(const std::vector<Catalog>& catalogs, bool csv);
+  void exportHits(const std::vector<SearchHit>& hits, bool csv, const QString& fileName, const QString& noun);
+  // The catalogs with these ids, in the order of catalogs().
+  std::vector<Catalog> catalogsByID(const QVariantList& ids) const;
+  // Where the exchange panels start: the folder chosen last, while it exists, else the documents folder.
+  std::filesystem::path exchangeFolder() const;
 
   std::filesystem::path m_databasePath;
   std::filesystem::path m_thumbnailsPath;
@@ -346,6 +401,7 @@ class AppModel : public QObject {
   std::set<int64_t> m_pendingAuto;
   QTimer m_autoTimer;
   MountMonitor* m_mountMonitor = nullptr;  // Child of this object.
+  std::filesystem::path m_exchangeFolder;  // The folder the last exchange panel chose; not kept across runs.
 };
 
 }  // namespace orrelin

@@ -5,14 +5,34 @@
 #include "app/qt/app_model.h"
 #include "app/qt/folder_watcher.h"
 #include "app/watched_catalogs.h"
+#include "core/app_paths.h"
 #include "core/name_mapping.h"
 #include "core/test_timing.h"
+#include "core/user_defaults.h"
 #include "organize/qt/rename_pane_state.h"
 
 namespace orrelin {
 
 namespace {
+
 QString qs(const std::string& text) { return QString::fromStdString(text); }
+
+// What the program writes to on its own: the database with its journal files, the thumbnails, the data
+// folder (backups and undo logs) and the settings. The database's files are named one by one: a database
+// kept by path in some folder does not make all of that folder the program's.
+std::vector<std::filesystem::path> ownPaths(const std::filesystem::path& database,
+                                            const std::filesystem::path& thumbnails) {
+  std::vector<std::filesystem::path> paths{thumbnails, database};
+  for (const char* suffix : {"-wal", "-shm", "-journal"}) paths.push_back(database.string() + suffix);
+  try {
+    paths.push_back(AppPaths::dataHome() / "TVRL Orrelin");
+    paths.push_back(UserDefaults::filePath().parent_path());
+  } catch (const std::exception&) {
+    // No home folder: then nothing of the program's can lie in a watched tree beyond the database.
+  }
+  return paths;
+}
+
 }  // namespace
 
 void AppModel::setWatchedIDs(std::set<int64_t> ids, bool persist) {
@@ -53,18 +73,26 @@ void AppModel::updateWatchers() {
       it = m_watchers.erase(it);
     }
   }
+  std::vector<std::filesystem::path> ignored;
   for (const Catalog& c : m_catalogs) {
     if (!m_watchedIDs.count(c.id) || !m_onlineIDs.count(c.id) || m_watchers.count(c.id)) continue;
+    if (ignored.empty()) ignored = ownPaths(m_databasePath, m_thumbnailsPath);
     QPointer<AppModel> self(this);
     const int64_t id = c.id;
     // The watcher may outlive nothing here, but its report is delivered as a task of its own, and the
     // model is held weakly so a late report finds nobody rather than a destroyed model.
-    auto watcher = FolderWatcher::create(NameMapping::diskPath(c.rootPath), [self, id] {
-      if (!self) return;
-      QTimer::singleShot(0, self.data(), [self, id] {
-        if (self) self->scheduleAutoUpdate(id);
-      });
-    });
+    // The program's own data is left out: a drive or home folder that holds it would otherwise see every
+    // quiet rescan write the database and thumbnails, and start the next rescan, without end; a backup
+    // or a changed setting is no change of the drive either.
+    auto watcher = FolderWatcher::create(
+        NameMapping::diskPath(c.rootPath),
+        [self, id] {
+          if (!self) return;
+          QTimer::singleShot(0, self.data(), [self, id] {
+            if (self) self->scheduleAutoUpdate(id);
+          });
+        },
+        ignored);
     // A watcher that cannot be made is tried again at the next update; the catalog stays watched.
     if (watcher) m_watchers.emplace(id, std::move(watcher));
   }

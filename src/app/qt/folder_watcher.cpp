@@ -12,6 +12,7 @@
 
 #include <QSocketNotifier>
 #include <QTimer>
+#include <algorithm>
 #include <cerrno>
 #include <string>
 #include <unordered_map>
@@ -87,6 +88,12 @@ std::string joinPath(const std::string& folder, const std::string& name) {
   return folder.ends_with('/') ? folder + name : folder + "/" + name;
 }
 
+// True when `path` is `folder` or lies below it; both absolute and normal.
+bool isAtOrBelow(const std::filesystem::path& path, const std::filesystem::path& folder) {
+  const std::filesystem::path relative = path.lexically_relative(folder);
+  return !relative.empty() && *relative.begin() != "..";
+}
+
 }  // namespace
 
 struct FolderWatcher::Impl {
@@ -94,6 +101,18 @@ struct FolderWatcher::Impl {
     int parent = -1;            // Watch of the folder that holds it; -1 for the root.
     std::string name;           // Its name in that folder, as bytes; empty for the root.
     std::vector<int> children;  // Watches of its subfolders.
+  };
+
+  // A folder or file left out of the watch. It is known by its path as the tree spells it (empty when it
+  // lies outside the tree by its real path) and, when it existed at the start, by its device and inode,
+  // which find it under any other path, such as a bind mount. Either way its last name must match: that
+  // keeps the test to a string comparison for every other entry.
+  struct Ignored {
+    std::string path;
+    std::string name;
+    bool known = false;
+    dev_t device = 0;
+    ino_t inode = 0;
   };
 
   std::filesystem::path root;
@@ -108,6 +127,13 @@ struct FolderWatcher::Impl {
   bool limitReached = false;
   bool stopped = false;
 
+  std::vector<Ignored> ignored;
+  // The root lies in an ignored folder: nothing is watched and nothing reported.
+  bool muted = false;
+  // The ignored folders met in the tree: their names, by the watch of the folder that holds them. Events
+  // of the holding folder that name them are no change.
+  std::unordered_map<int, std::vector<std::string>> ignoredEntries;
+
   QSocketNotifier* notifier = nullptr;  // Owned by the watcher object, as is the timer.
   QTimer* timer = nullptr;
 
@@ -118,6 +144,10 @@ struct FolderWatcher::Impl {
   void forgetAll();
   int childNamed(int parent, const std::string& name) const;
   std::string pathOf(int watch) const;
+  void setIgnored(const std::vector<std::filesystem::path>& given);
+  bool isIgnored(const std::string& path, const std::string& name) const;
+  void noteIgnored(int parent, const std::string& name);
+  bool isIgnoredEntry(const struct inotify_event& event, const std::string& name);
   bool handle(const struct inotify_event& event, bool& overflowed, bool& rootBack);
   void readEvents();
 };
@@ -176,6 +206,10 @@ void FolderWatcher::Impl::watchBelow(int top, std::string topPath, bool resync) 
     listSubfolders(dirFD, names);
     for (std::string& name : names) {
       std::string path = joinPath(folder.path, name);
+      if (!ignored.empty() && isIgnored(path, name)) {
+        noteIgnored(folder.watch, name);
+        continue;
+      }
       const int watch = inotify_add_watch(fd, path.c_str(), kBelowRootMask);
       if (watch < 0) {
         if (errno == ENOSPC) {
@@ -209,6 +243,10 @@ void FolderWatcher::Impl::watchBelow(int top, std::string topPath, bool resync) 
 // may have been made before its watch was in place.
 void FolderWatcher::Impl::watchNewFolder(int parent, const std::string& name) {
   std::string path = joinPath(pathOf(parent), name);
+  if (!ignored.empty() && isIgnored(path, name)) {
+    noteIgnored(parent, name);
+    return;
+  }
   const int watch = inotify_add_watch(fd, path.c_str(), kBelowRootMask);
   if (watch < 0) {
     if (errno == ENOSPC) limitReached = true;
@@ -236,6 +274,7 @@ void FolderWatcher::Impl::forget(int watch, bool removeWatches) {
     if (folder == folders.end()) continue;
     doomed.insert(doomed.end(), folder->second.children.begin(), folder->second.children.end());
     folders.erase(folder);
+    ignoredEntries.erase(w);
     // Erased first: the IN_IGNORED this brings then names an unknown watch and is not a change.
     if (removeWatches) inotify_rm_watch(fd, w);
   }
@@ -245,6 +284,7 @@ void FolderWatcher::Impl::forget(int watch, bool removeWatches) {
 void FolderWatcher::Impl::forgetAll() {
   for (const auto& [watch, folder] : folders) inotify_rm_watch(fd, watch);
   folders.clear();
+  ignoredEntries.clear();
   rootWatch = -1;
 }
 
@@ -271,6 +311,44 @@ std::string FolderWatcher::Impl::pathOf(int watch) const {
   return path;
 }
 
+// True when the folder at `path` (named `name`) is one of the ignored folders.
+bool FolderWatcher::Impl::isIgnored(const std::string& path, const std::string& name) const {
+  for (const Ignored& folder : ignored) {
+    if (folder.name != name) continue;
+    if (folder.path == path) return true;
+    struct stat st {};
+    if (folder.known && lstat(path.c_str(), &st) == 0 && st.st_dev == folder.device &&
+        st.st_ino == folder.inode) {
+      return true;
+    }
+  }
+  return false;
+}
+
+void FolderWatcher::Impl::noteIgnored(int parent, const std::string& name) {
+  std::vector<std::string>& names = ignoredEntries[parent];
+  if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+}
+
+// True when the event is about an ignored entry itself, as an entry of the folder that holds it: a file
+// written, or a folder that appeared, changed its attributes, or went (then it is forgotten, and whatever
+// takes its name later is judged afresh).
+bool FolderWatcher::Impl::isIgnoredEntry(const struct inotify_event& event, const std::string& name) {
+  auto entries = ignoredEntries.find(event.wd);
+  if (entries != ignoredEntries.end()) {
+    auto it = std::find(entries->second.begin(), entries->second.end(), name);
+    if (it != entries->second.end()) {
+      if (event.mask & (IN_DELETE | IN_MOVED_FROM)) entries->second.erase(it);
+      return true;
+    }
+  }
+  const bool nameMatches =
+      std::any_of(ignored.begin(), ignored.end(), [&](const Ignored& entry) { return entry.name == name; });
+  if (!nameMatches || !isIgnored(joinPath(pathOf(event.wd), name), name)) return false;
+  if ((event.mask & IN_ISDIR) && (event.mask & (IN_CREATE | IN_MOVED_TO))) noteIgnored(event.wd, name);
+  return true;
+}
+
 // Applies one event to the set of watches. Returns true when it is a change below the root.
 bool FolderWatcher::Impl::handle(const struct inotify_event& event, bool& overflowed, bool& rootBack) {
   if (event.mask & IN_Q_OVERFLOW) {
@@ -293,6 +371,7 @@ bool FolderWatcher::Impl::handle(const struct inotify_event& event, bool& overfl
     forget(event.wd, /*removeWatches=*/true);  // Deleted or unmounted; anything still below goes too.
     return true;
   }
+  if (!name.empty() && !ignored.empty() && isIgnoredEntry(event, name)) return false;
   if (event.wd == rootWatch && (event.mask & IN_MOVE_SELF)) {
     forgetAll();  // The tree moved away from the watched path; it counts as gone.
     return true;
@@ -325,11 +404,43 @@ void FolderWatcher::Impl::readEvents() {
   if (rootBack) watchRoot();
   // Events were lost: folders made meanwhile may lack their watches, so the tree is walked again.
   if (overflowed && rootWatch >= 0) watchBelow(rootWatch, rootText, /*resync=*/true);
-  if (changed && !timer->isActive()) timer->start(TestTiming::scaled(kLatency));
+  if (changed && !muted && !timer->isActive()) timer->start(TestTiming::scaled(kLatency));
+}
+
+// Records the folders and files to leave out of the watch of the root, or mutes the watcher when the root
+// lies in one of the folders.
+void FolderWatcher::Impl::setIgnored(const std::vector<std::filesystem::path>& given) {
+  namespace fs = std::filesystem;
+  std::error_code ec;
+  const fs::path canonicalRoot = fs::canonical(root, ec);
+  if (ec) return;  // Then the root cannot be watched either.
+  for (const fs::path& path : given) {
+    if (path.empty()) continue;
+    fs::path real = fs::weakly_canonical(fs::absolute(path, ec), ec);
+    if (ec) continue;
+    if (!real.has_filename()) real = real.parent_path();  // A trailing "/".
+    if (isAtOrBelow(canonicalRoot, real)) {
+      muted = true;
+      return;
+    }
+    Ignored entry;
+    entry.name = real.filename().native();
+    if (isAtOrBelow(real, canonicalRoot))
+      entry.path = joinPath(rootText, real.lexically_relative(canonicalRoot).native());
+    struct stat st {};
+    if (lstat(real.c_str(), &st) == 0) {
+      entry.known = true;
+      entry.device = st.st_dev;
+      entry.inode = st.st_ino;
+    }
+    // An entry outside the tree that does not exist yet could only be met under a path unknown now.
+    if (!entry.path.empty() || entry.known) ignored.push_back(std::move(entry));
+  }
 }
 
 std::unique_ptr<FolderWatcher> FolderWatcher::create(const std::filesystem::path& root,
-                                                     std::function<void()> onChange) {
+                                                     std::function<void()> onChange,
+                                                     const std::vector<std::filesystem::path>& ignored) {
   auto impl = std::make_unique<Impl>();
   impl->root = root;
   impl->rootText = root.native();
@@ -338,6 +449,10 @@ std::unique_ptr<FolderWatcher> FolderWatcher::create(const std::filesystem::path
   impl->onChange = std::move(onChange);
   impl->fd = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
   if (impl->fd < 0) return nullptr;
+  impl->setIgnored(ignored);
+  // Every change of a muted tree would be the program's own: it is not watched at all. The watcher still
+  // stands, so the caller does not try again and again to make one.
+  if (impl->muted) return std::unique_ptr<FolderWatcher>(new FolderWatcher(std::move(impl)));
 
   const std::filesystem::path trimmed(impl->rootText);
   if (trimmed.has_relative_path() && trimmed.has_parent_path()) {

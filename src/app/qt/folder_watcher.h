@@ -1,6 +1,7 @@
 // Watches a folder tree for changes with inotify and reports, on the main thread, only that something
 // below the root changed. Events are coalesced: a report comes about 3 seconds after the first event of
-// a batch, and covers everything that happened meanwhile.
+// a batch, and covers everything that happened meanwhile. Folders the program writes to itself (its data
+// folder) can be left out, so that the rescan a report starts does not report itself.
 #pragma once
 
 #include <QObject>
@@ -8,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace orrelin {
 
@@ -23,8 +25,15 @@ class FolderWatcher : public QObject {
   // `onChange` runs on the thread that created the watcher (the main thread) once per coalesced batch;
   // a queue overflow counts as a change. Returns nullptr when inotify cannot be set up or `root` cannot
   // be watched. When the per-user watch limit runs out, the folders watched so far stay watched.
+  //
+  // The folders (with everything below them) and files in `ignored` are neither watched nor reported:
+  // changes in them, and their own coming and going, are no change of the tree. They are recognised
+  // whatever the spelling of the path that leads to them (links, "..", a bind mount of a folder above
+  // them), and may appear after the watch began. When the root itself lies in an ignored folder, nothing
+  // is ever reported.
   static std::unique_ptr<FolderWatcher> create(const std::filesystem::path& root,
-                                               std::function<void()> onChange);
+                                               std::function<void()> onChange,
+                                               const std::vector<std::filesystem::path>& ignored = {});
 
   // Stops watching; no report arrives afterwards. Safe to call twice. The destructor calls it.
   void stop();

@@ -201,5 +201,53 @@ TEST_F(AutoUpdateTest, AChangeDuringAScanIsServedWhenThatScanEnds) {
   EXPECT_EQ(get(smallID).fileCount, 2);
 }
 
+// A watched folder that holds the program's data folder (here the whole test folder, with the data folder,
+// the settings and the drives in it): the quiet rescan's own writes to the database do not start another.
+TEST_F(AutoUpdateTest, TheProgramsOwnWritesInAWatchedTreeStartNoRescan) {
+  makeModel();
+  makeTree("Inside", {"1"});
+  ASSERT_TRUE(fs::exists(model->databasePath()));
+  const int64_t id = scan(m_temp.path(), "Everything");
+  model->toggleWatch(get(id));
+  countScans();
+  model->rename(get(id), "Everything Renamed");  // A write to the database alone.
+  model->backupNow();
+  spin(kSettle);
+  EXPECT_EQ(scans, 0);
+  EXPECT_TRUE(model->pendingAuto().empty());
+
+  writeFile(m_temp.path() / "drives" / "Inside" / "2", "x");
+  ASSERT_TRUE(waitUntil([&] { return scans == 1 && idle(); }));
+  spin(kSettle);
+  EXPECT_EQ(scans, 1);
+  EXPECT_TRUE(model->pendingAuto().empty());
+  ASSERT_EQ(toasts.size(), 2u);  // The backup's, then the rescan's.
+  // The new file, and whatever the backup and the settings added meanwhile.
+  EXPECT_TRUE(toasts[1].starts_with("Auto-updated \u201CEverything Renamed\u201D: +")) << toasts[1];
+}
+
+// A database kept by path in a folder of its own choosing (the command-line tool's --db): its files are no
+// change of a watched tree that holds them, and the trees beside them in that folder are watched as usual.
+TEST_F(AutoUpdateTest, ADatabaseKeptInAWatchedFolderIsNoChangeAndItsFolderIsStillWatched) {
+  const fs::path tree = makeTree("Tree", {"1"});
+  const fs::path folder = tree.parent_path();
+  model = std::make_unique<AppModel>(folder / "c.sqlite");
+  ASSERT_TRUE(model->hasStore());
+  const int64_t all = scan(folder, "All");
+  const int64_t part = scan(tree, "Part");
+  model->toggleWatch(get(all));
+  model->toggleWatch(get(part));
+  countScans();
+  model->setNotes(get(all), "only the database changes");
+  spin(kSettle);
+  EXPECT_EQ(scans, 0);
+
+  writeFile(tree / "2", "x");
+  ASSERT_TRUE(waitUntil([&] { return scans == 2 && idle(); }));
+  spin(kSettle);
+  EXPECT_EQ(scans, 2);
+  EXPECT_EQ(get(part).fileCount, 2);
+}
+
 }  // namespace
 }  // namespace orrelin

@@ -308,6 +308,50 @@ TEST_F(FolderWatcherTest, AnOverflowedQueueIsAChangeAndFoldersMadeMeanwhileAreWa
   expectOneReport([&] { writeFile(root / "late" / "inner" / "file", "x"); });
 }
 
+// The program's own data folder inside a watched tree (someone watches their home folder): what the program
+// writes there must not report, or every rescan would start the next one.
+TEST_F(FolderWatcherTest, IgnoredFoldersAreNeitherWatchedNorReported) {
+  const fs::path data = root / ".local" / "share" / "TVRL Orrelin";
+  fs::create_directories(data / "Thumbnails" / "7");
+  fs::create_directories(root / "Music");
+  const fs::path later = root / "Later Data";                // Ignored before it exists.
+  const fs::path journal = root / "Music" / "c.sqlite-wal";  // A file, ignored in a folder that is not.
+  // The tree is watched through a link, the ignored folders named by their real paths.
+  fs::create_directory_symlink(root, dir.path() / "home link");
+  auto watcher = FolderWatcher::create(dir.path() / "home link", [this] { ++reports; },
+                                       {data, data / "Thumbnails", later, journal, dir.path() / "elsewhere"});
+  ASSERT_NE(watcher, nullptr);
+  EXPECT_EQ(watcher->watchedFolderCount(), 4u);  // The root, .local, share and Music.
+
+  const std::vector<std::pair<const char*, std::function<void()>>> own = {
+      {"database written", [&] { writeFile(data / "Catalogs.sqlite-wal", "pages"); }},
+      {"thumbnail written", [&] { writeFile(data / "Thumbnails" / "7" / "12.jpg", "jpeg"); }},
+      {"folder made inside", [&] { fs::create_directories(data / "Backups" / "old"); }},
+      {"ignored folder appears", [&] { fs::create_directory(later); }},
+      {"written in the late one", [&] { writeFile(later / "x", "x"); }},
+      {"ignored folder's mode changed", [&] { fs::permissions(data, fs::perms::owner_all); }},
+      {"ignored folder removed", [&] { fs::remove_all(later); }},
+      {"ignored file written", [&] { writeFile(journal, "frames"); }},
+      {"ignored file removed", [&] { fs::remove(journal); }},
+  };
+  for (const auto& [what, change] : own) {
+    SCOPED_TRACE(what);
+    expectNoReport(change);
+  }
+  EXPECT_EQ(watcher->watchedFolderCount(), 4u);
+  expectOneReport([&] { writeFile(root / "Music" / "new.mp3", "x"); });
+  expectOneReport([&] { writeFile(data.parent_path() / "other app.txt", "x"); });
+  // A folder of that name elsewhere in the tree is an ordinary folder.
+  expectOneReport([&] { fs::create_directories(root / "Music" / "TVRL Orrelin"); });
+  expectOneReport([&] { writeFile(root / "Music" / "TVRL Orrelin" / "x", "x"); });
+
+  // A tree that lies inside an ignored folder is all the program's own: it never reports.
+  auto inside = FolderWatcher::create(data / "Thumbnails", [this] { ++reports; }, {data});
+  ASSERT_NE(inside, nullptr);
+  watcher.reset();
+  expectNoReport([&] { writeFile(data / "Thumbnails" / "7" / "13.jpg", "jpeg"); });
+}
+
 // At the per-user watch limit, the folders watched so far stay watched. The limit is lowered in a user
 // namespace of a child process of its own, so nothing else on the machine feels it.
 TEST_F(FolderWatcherTest, TheWatchLimitKeepsWhatIsWatched) {
