@@ -150,6 +150,9 @@ int runService(const Context& context) {
     if (stopping) return;
     stopping = true;
     resync.stop();
+    // Nothing new starts from here on: the end of the running update would otherwise start the next
+    // pending one, which the quitting process would leave half done.
+    model.stopAutoUpdates();
     if (!scanner->isRunning()) {
       app.quit();
       return;

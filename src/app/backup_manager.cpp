@@ -162,11 +162,23 @@ void replaceDatabase(const fs::path& backup, const fs::path& database) {
     throw fs::filesystem_error("the backup is the catalog database itself", backup, database,
                                std::make_error_code(std::errc::invalid_argument));
   }
-  for (const char* suffix : {"", "-wal", "-shm"}) {
+  // The copy is made beside the database first and only then takes its place: a copy that fails (a full
+  // disk, an unreadable file) leaves the current database as it was, rather than already deleted.
+  const fs::path incoming(database.string() + ".restoring");
+  try {
+    fs::copy_file(backup, incoming, fs::copy_options::overwrite_existing);
+  } catch (const fs::filesystem_error&) {
+    std::error_code ignored;
+    fs::remove(incoming, ignored);
+    throw;
+  }
+  // The side files go first: a log left beside the new file would be read as its own. The rename then
+  // replaces the database in one step.
+  for (const char* suffix : {"-wal", "-shm"}) {
     std::error_code ignored;
     fs::remove(fs::path(database.string() + suffix), ignored);
   }
-  fs::copy_file(backup, database, fs::copy_options::overwrite_existing);
+  fs::rename(incoming, database);
 }
 
 }  // namespace orrelin::BackupManager

@@ -54,8 +54,9 @@ void prune(const std::filesystem::path& spare);
 // Opens `file` as a database and counts its catalogs; throws DBError when it is not a usable backup.
 void checkBackupFile(const std::filesystem::path& file);
 
-// Deletes `database` and its "-wal" and "-shm" files (failures ignored), then copies `backup` to
-// `database`. Throws std::filesystem::filesystem_error when the copy fails.
+// Copies `backup` beside `database`, then deletes the database's "-wal" and "-shm" files (failures
+// ignored) and renames the copy over the database. Throws std::filesystem::filesystem_error when the
+// copy fails, with the database left as it was.
 void replaceDatabase(const std::filesystem::path& backup, const std::filesystem::path& database);
 
 }  // namespace orrelin::BackupManager

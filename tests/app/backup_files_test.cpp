@@ -4,6 +4,8 @@
 
 #include <chrono>
 #include <filesystem>
+#include <set>
+#include <string>
 
 #include "app/backup_fixture.h"
 #include "app/backup_manager.h"
@@ -201,8 +203,19 @@ TEST_F(BackupFilesTest, ReplacingTheDatabaseRemovesItsSideFilesAndCopiesTheBacku
   // The database itself named as its backup is refused before anything is deleted.
   EXPECT_THROW(BackupManager::replaceDatabase(database, database), fs::filesystem_error);
   EXPECT_TRUE(fs::exists(database));
-  // A copy that fails is reported.
+  // A copy that fails is reported, and the current database stays as it was, side files included.
+  auto names = [&] {
+    std::set<std::string> found;
+    for (const auto& entry : fs::directory_iterator(database.parent_path()))
+      found.insert(entry.path().filename().string());
+    return found;
+  };
+  const std::set<std::string> before = names();
+  const std::string content = readFile(database);
   EXPECT_THROW(BackupManager::replaceDatabase(m_temp.path() / "gone.sqlite", database), fs::filesystem_error);
+  EXPECT_EQ(names(), before);
+  EXPECT_TRUE(readFile(database) == content);  // Not printed: a database file is long.
+  EXPECT_EQ(catalogNames(restored), std::vector<std::string>{"Photos"});
 }
 
 TEST_F(BackupFilesTest, ABackupOfAnOlderSchemaIsBroughtUpToDateWhenOpened) {

@@ -136,7 +136,7 @@ void AppModel::refreshOnline() {
   updateWatchers();
   // Drives already connected when the program starts (the first reload, dataVersion 0) are not
   // rescanned; a watched drive that arrives later is, after the usual quiet spell.
-  if (m_dataVersion < 1) return;
+  if (m_dataVersion < 1 || m_autoStopped) return;
   for (int64_t id : arrived) {
     if (!m_watchedIDs.count(id)) continue;
     m_pendingAuto.insert(id);

@@ -257,6 +257,10 @@ class AppModel : public QObject {
   void runPendingAutoUpdates();
   // Starts a quiet rescan of a catalog at once, if it is online and no scan runs.
   Q_INVOKABLE void quietRescan(qint64 catalogID);
+  // Ends auto-update for the rest of this model's life: the watchers stop, the pending ids are dropped,
+  // and neither the end of a running scan nor a drive that arrives starts a quiet rescan any more. For a
+  // process that is about to quit (the command-line service on Ctrl-C).
+  void stopAutoUpdates();
   const std::set<int64_t>& pendingAuto() const { return m_pendingAuto; }
   // The catalogs being watched now.
   std::set<int64_t> watcherIDs() const;
@@ -400,6 +404,7 @@ class AppModel : public QObject {
   std::map<int64_t, std::unique_ptr<FolderWatcher>> m_watchers;
   std::set<int64_t> m_pendingAuto;
   QTimer m_autoTimer;
+  bool m_autoStopped = false;  // stopAutoUpdates() was called.
   MountMonitor* m_mountMonitor = nullptr;  // Child of this object.
   std::filesystem::path m_exchangeFolder;  // The folder the last exchange panel chose; not kept across runs.
 };

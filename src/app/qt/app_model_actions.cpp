@@ -361,6 +361,10 @@ void AppModel::backupNow(const QString& reason, bool silent, const fs::path& spa
 }
 
 void AppModel::restore(const fs::path& backup) {
+  // A running scan writes through its own connection to the file that the restore replaces: its work
+  // would be lost unseen, and its result sheet or toast would speak of catalogs that are not there. So a
+  // restore waits for the scan to end, as a second scan does.
+  if (refuseWhileScanning()) return;
   const int button = Dialogs::ask(
       QStringLiteral("Restore catalogs from this backup?"),
       QStringLiteral(
@@ -373,6 +377,9 @@ void AppModel::restore(const fs::path& backup) {
   try {
     // Only a file that opens as a catalog database gets as far as replacing the current one.
     BackupManager::checkBackupFile(backup);
+    // Closed here, not when the last holder lets go: a search still running on it then fails, rather than
+    // answer from the replaced database with ids that mean other files in the restored one.
+    if (m_store) m_store->db().close();
     setStore(nullptr);
     BackupManager::replaceDatabase(backup, m_databasePath);
     setStore(std::make_shared<CatalogDB>(m_databasePath.string()));

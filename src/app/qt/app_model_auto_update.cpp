@@ -65,6 +65,7 @@ void AppModel::toggleWatch(const Catalog& catalog) {
 }
 
 void AppModel::updateWatchers() {
+  if (m_autoStopped) return;
   for (auto it = m_watchers.begin(); it != m_watchers.end();) {
     if (m_watchedIDs.count(it->first) && m_onlineIDs.count(it->first)) {
       ++it;
@@ -105,12 +106,14 @@ std::set<int64_t> AppModel::watcherIDs() const {
 }
 
 void AppModel::scheduleAutoUpdate(int64_t id) {
+  if (m_autoStopped) return;  // A report that was under way when auto-update stopped.
   m_pendingAuto.insert(id);
   // Every change moves the end of the wait on: a drive written to steadily is rescanned once it is quiet.
   m_autoTimer.start(TestTiming::scaled(kAutoUpdateDelay));
 }
 
 void AppModel::runPendingAutoUpdates() {
+  if (m_autoStopped) return;
   // The running scan's end calls this again; the pending ids wait for it.
   if (m_scanner->isRunning()) return;
   if (m_pendingAuto.empty()) return;
@@ -121,6 +124,13 @@ void AppModel::runPendingAutoUpdates() {
   if (!c || !m_onlineIDs.count(id)) return;
   startScan(NameMapping::diskPath(c->rootPath), c->id, qs(c->name), c->groupID, ScanOptions::defaults(),
             /*quiet=*/true);
+}
+
+void AppModel::stopAutoUpdates() {
+  m_autoStopped = true;
+  m_watchers.clear();
+  m_pendingAuto.clear();
+  m_autoTimer.stop();
 }
 
 void AppModel::quietRescan(qint64 catalogID) {

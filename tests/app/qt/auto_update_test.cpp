@@ -201,6 +201,34 @@ TEST_F(AutoUpdateTest, AChangeDuringAScanIsServedWhenThatScanEnds) {
   EXPECT_EQ(get(smallID).fileCount, 2);
 }
 
+// Stopping auto-update (the command-line service on Ctrl-C) while a scan runs and another catalog waits:
+// the running scan's end starts nothing more, and no later change does either.
+TEST_F(AutoUpdateTest, StoppedAutoUpdateStartsNoScanAfterTheRunningOne) {
+  makeModel();
+  const fs::path big = makeTree("Big", {"1"});
+  const fs::path small = makeTree("Small", {"1"});
+  const int64_t bigID = scan(big, "Big");
+  const int64_t smallID = scan(small, "Small");
+  model->toggleWatch(get(smallID));
+  countScans();
+  model->rescan(get(bigID));
+  model->scanner()->togglePause();  // Held until the change waits for it.
+  writeFile(small / "2", "x");
+  ASSERT_TRUE(waitUntil([&] { return !model->pendingAuto().empty(); }));
+  model->stopAutoUpdates();
+  EXPECT_TRUE(model->pendingAuto().empty());
+  EXPECT_TRUE(model->watcherIDs().empty());
+  model->scanner()->togglePause();
+  ASSERT_TRUE(waitUntil([&] { return idle(); }));
+  writeFile(small / "3", "x");
+  model->refreshOnline();
+  spin(kSettle);
+  EXPECT_EQ(scans, 1);
+  EXPECT_TRUE(idle());
+  EXPECT_TRUE(model->watcherIDs().empty());
+  EXPECT_EQ(get(smallID).fileCount, 1);
+}
+
 // A watched folder that holds the program's data folder (here the whole test folder, with the data folder,
 // the settings and the drives in it): the quiet rescan's own writes to the database do not start another.
 TEST_F(AutoUpdateTest, TheProgramsOwnWritesInAWatchedTreeStartNoRescan) {

@@ -264,10 +264,45 @@ TEST_F(AppModelTest, RestoreRefusesAFileThatIsNotADatabaseAndSwapsInARealBackup)
   // Cancel does nothing; accepting a real backup brings its catalogs back.
   model->restore(manual);
   EXPECT_EQ(model->catalogs().size(), 2u);
+  // A search in flight holds the old connection: it is closed all the same, so the search cannot answer
+  // from the replaced database.
+  std::shared_ptr<CatalogDB> held = model->store();
   answer(Answer::accept());
   model->restore(manual);
   ASSERT_EQ(model->catalogs().size(), 1u);
   EXPECT_EQ(model->catalogs().front().name, "First");
+  EXPECT_EQ(toast(), "Catalogs restored from backup");
+  EXPECT_THROW(held->catalogs(), DBError);
+  held.reset();
+  model->rename(model->catalogs().front(), "First Renamed");
+  CatalogDB reader(model->databasePath().string());
+  ASSERT_EQ(reader.catalogs().size(), 1u);
+  EXPECT_EQ(reader.catalogs().front().name, "First Renamed");
+}
+
+// A scan's work would go to the file that a restore replaces, and its result would describe catalogs that
+// are not there: a restore waits for the scan.
+TEST_F(AppModelTest, RestoreIsRefusedWhileAScanRuns) {
+  makeModel();
+  std::vector<std::string> many;
+  for (int i = 0; i < 300; ++i) many.push_back("f" + std::to_string(i));
+  const int64_t busy = scan(makeTree("Busy", many), "Busy");
+  model->backupNow();
+  const fs::path manual = BackupManager::list().front();
+  insert("Later", "");
+  model->rescan(get(busy));
+  ASSERT_TRUE(model->scanner()->isRunning());
+  const size_t asked = requests.size();
+  answer(Answer::accept());
+  model->restore(manual);
+  EXPECT_EQ(alertTitle(), "Scan in Progress");
+  EXPECT_EQ(alertMessage(), "Please wait for the current scan to finish, or cancel it first.");
+  EXPECT_EQ(requests.size(), asked);
+  EXPECT_EQ(BackupManager::list().size(), 1u);
+  ASSERT_TRUE(waitUntil([&] { return !model->scanner()->isRunning(); }));
+  EXPECT_EQ(model->catalogs().size(), 2u);
+  model->restore(manual);
+  EXPECT_EQ(model->catalogs().size(), 1u);
   EXPECT_EQ(toast(), "Catalogs restored from backup");
 }
 
