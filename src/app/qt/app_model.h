@@ -404,7 +404,7 @@ class AppModel : public QObject {
   std::map<int64_t, std::unique_ptr<FolderWatcher>> m_watchers;
   std::set<int64_t> m_pendingAuto;
   QTimer m_autoTimer;
-  bool m_autoStopped = false;  // stopAutoUpdates() was called.
+  bool m_autoStopped = false;              // stopAutoUpdates() was called.
   MountMonitor* m_mountMonitor = nullptr;  // Child of this object.
   std::filesystem::path m_exchangeFolder;  // The folder the last exchange panel chose; not kept across runs.
 };
