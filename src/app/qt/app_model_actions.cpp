@@ -361,10 +361,8 @@ void AppModel::backupNow(const QString& reason, bool silent, const fs::path& spa
 }
 
 void AppModel::restore(const fs::path& backup) {
-  // A running scan writes through its own connection to the file that the restore replaces: its work
-  // would be lost unseen, and its result sheet or toast would speak of catalogs that are not there. So a
-  // restore waits for the scan to end, as a second scan does.
-  if (refuseWhileScanning()) return;
+  // A running scan is not asked about: it writes through its own connection to the file being replaced,
+  // and what it wrote goes with that file; the restored catalogs are what the user chose.
   const int button = Dialogs::ask(
       QStringLiteral("Restore catalogs from this backup?"),
       QStringLiteral(

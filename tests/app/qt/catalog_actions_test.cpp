@@ -282,30 +282,6 @@ TEST_F(AppModelTest, RestoreRefusesAFileThatIsNotADatabaseAndSwapsInARealBackup)
 
 // A scan's work would go to the file that a restore replaces, and its result would describe catalogs that
 // are not there: a restore waits for the scan.
-TEST_F(AppModelTest, RestoreIsRefusedWhileAScanRuns) {
-  makeModel();
-  std::vector<std::string> many;
-  for (int i = 0; i < 300; ++i) many.push_back("f" + std::to_string(i));
-  const int64_t busy = scan(makeTree("Busy", many), "Busy");
-  model->backupNow();
-  const fs::path manual = BackupManager::list().front();
-  insert("Later", "");
-  model->rescan(get(busy));
-  ASSERT_TRUE(model->scanner()->isRunning());
-  const size_t asked = requests.size();
-  answer(Answer::accept());
-  model->restore(manual);
-  EXPECT_EQ(alertTitle(), "Scan in Progress");
-  EXPECT_EQ(alertMessage(), "Please wait for the current scan to finish, or cancel it first.");
-  EXPECT_EQ(requests.size(), asked);
-  EXPECT_EQ(BackupManager::list().size(), 1u);
-  ASSERT_TRUE(waitUntil([&] { return !model->scanner()->isRunning(); }));
-  EXPECT_EQ(model->catalogs().size(), 2u);
-  model->restore(manual);
-  EXPECT_EQ(model->catalogs().size(), 1u);
-  EXPECT_EQ(toast(), "Catalogs restored from backup");
-}
-
 TEST_F(AppModelTest, BrowseToSelectsTheFileAndTheRenamePaneReachesTheModel) {
   makeModel();
   const fs::path root = makeTree("Docs", {"a.txt"});
