@@ -133,7 +133,7 @@ void writeDataFile(CatalogDB& store, const Catalog& catalog, const fs::path& to,
 }  // namespace
 
 std::string_view css() { return embedded::style_css(); }
-std::string_view js() { return embedded::app_js(); }
+std::string_view js() { return WebSiteScript::source(); }
 
 std::string_view driveKind(const Catalog& catalog) {
   if (catalog.isNetwork) return "Network";
@@ -213,7 +213,7 @@ fs::path exportSite(CatalogDB& store, const std::vector<Catalog>& catalogs, cons
   web::createFolder(to / "assets");
   web::createFolder(to / "data");
   writeFileAtomically(to / "assets" / "style.css", css());
-  writeFileAtomically(to / "assets" / "app.js", js());
+  writeFileAtomically(to / "assets" / "app.js", WebSiteScript::source());
 
   std::string indexScripts;
   std::set<int64_t> written;
@@ -239,3 +239,5 @@ fs::path exportSite(CatalogDB& store, const std::vector<Catalog>& catalogs, cons
 }
 
 }  // namespace orrelin::WebExporter
+
+std::string_view orrelin::WebSiteScript::source() { return embedded::app_js(); }

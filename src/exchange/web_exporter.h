@@ -5,9 +5,9 @@
 //   index.html                   the index of drives
 //   catalog-<id>.html            one page per catalog
 //   assets/style.css, app.js     the fixed stylesheet and script
-//   data/cat-<id>.js             one catalog's data:
-//   window.ORLN=window.ORLN||{cats:[]};ORLN.cats.push({...}); thumbs/<catalog id>/<id>.jpg copies of cached
-//   thumbnails, when asked for
+//   data/cat-<id>.js             one catalog's data, as the one statement
+//                                window.ORLN=window.ORLN||{cats:[]};ORLN.cats.push({...});
+//   thumbs/<catalog id>/<id>.jpg copies of cached thumbnails, when asked for
 //
 // The data travels as scripts rather than JSON files because a page opened from disk (file://) may load a
 // script but not fetch a file.
@@ -70,5 +70,13 @@ std::string_view js();
 std::string_view driveKind(const Catalog& catalog);
 
 }  // namespace WebExporter
+
+namespace WebSiteScript {
+
+// The site's script (assets/app.js): plain browser script in one strict-mode function that builds every
+// page from the data files. The same text as WebExporter::js().
+std::string_view source();
+
+}  // namespace WebSiteScript
 
 }  // namespace orrelin

@@ -1,4 +1,4 @@
-// Whole-or-nothing file writes and thumbnail copies for the inventory web site.
+// Folders and thumbnail copies for the inventory web site.
 #include "exchange/web_files.h"
 
 #include <errno.h>

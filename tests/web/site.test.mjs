@@ -2,6 +2,7 @@
 // opened from file://. Routes, filters, sorting, gallery, lightbox, duplicates, statistics, and names
 // with markup in them.
 import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
 import fs from "node:fs";
 import path from "node:path";
 import { after, before, test } from "node:test";
@@ -41,10 +42,15 @@ before(async () => {
     "backup/notes.txt": "notes\n",
     "backup/clip-copy.mp4": { run: ["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "testsrc=size=160x120:rate=10",
       "-t", "3", "-pix_fmt", "yuv420p"] },
+    "backup/far-future.png": { image: "40x30" },
   });
   // Hidden entries are cataloged but left out of the site: a hidden folder's children stay, cut off.
   studio = scan(a, "Studio <b>A</b>", "--hidden");
   archive = scan(b, "Archive", "--no-thumbnails");
+  // A file system such as tmpfs keeps any 64-bit time; one past what a browser's Date can hold (about
+  // year 275,760) reaches the catalog as it is.
+  const db = path.join(ws.dir, "data", fs.readdirSync(path.join(ws.dir, "data"))[0], "Catalogs.sqlite");
+  execFileSync("sqlite3", [db, "UPDATE files SET modified=1e14 WHERE name='far-future.png'"]);
   ws.cli("export", "web", String(studio), String(archive), "-o", site, "--title", "Drives & <Things>");
   browser = await launch();
   page = await newPage(browser, problems);
@@ -254,6 +260,12 @@ test("the gallery opens the lightbox, whose keys work only while it is open", as
   await page.click(".tile >> nth=1");
   await page.click(".lb button:text-is('Close')");
   assert.equal(await page.$$eval(".lb.on", (x) => x.length), 0);
+  // A route change (the browser's Back, a link) drops the open picture with its view.
+  await page.click(".tile >> nth=1");
+  await goHash(page, "#stats");
+  assert.equal(await page.$$eval(".lb.on", (x) => x.length), 0);
+  await page.goBack();
+  await page.waitForSelector(".tile");
 
   await refiltered(page, () => page.fill(".filters .q", "night"));
   assert.equal(await page.$$eval(".tile", (x) => x.length), 1);
@@ -272,7 +284,7 @@ test("the gallery opens the lightbox, whose keys work only while it is open", as
 
 test("the index gallery shows every drive's pictures; one without a thumbnail shows its glyph", async () => {
   await open("index.html", "#gallery");
-  assert.equal(await page.textContent(".results .count"), "5 photos and videos");
+  assert.equal(await page.textContent(".results .count"), "6 photos and videos");
   const tile = page.locator(".tile", { hasText: "clip-copy.mp4" });
   assert.equal(await tile.locator(".glyph").textContent(), "▶");
   assert.equal(await tile.locator(".badge").textContent(), "▶ 0:03");
@@ -297,6 +309,22 @@ test("duplicates across drives, within a drive, and statistics", async () => {
   const years = [...new Set(["2015", "2023", "2024", String(new Date().getFullYear())])].sort();
   assert.deepEqual(await texts(page, ".two > .bars:last-child .kl"), years);
   assert.equal((await tableNames())[0], "c-twelve.bin");
+});
+
+test("a modified time too far off for the browser reads as absent and stops nothing", async () => {
+  await open(`catalog-${archive}.html`);
+  await page.click(".list tbody a.n:text-is('backup')");
+  await page.waitForFunction(() => document.querySelector(".crumbs").textContent.endsWith("/ backup"));
+  const row = page.locator(".list tbody tr", { hasText: "far-future.png" });
+  assert.equal(await row.locator("td.num >> nth=1").textContent(), "—");
+  // The lightbox's line keeps its date place, as for any file without a time.
+  await row.locator("button.n").click();
+  assert.match(await page.textContent(".lb.on .lbinfo div"), /^Image · .+ B · — · 40×30$/);
+  await page.keyboard.press("Escape");
+  await open("index.html", "#stats");
+  const years = await texts(page, ".two > .bars:last-child .kl");
+  assert.ok(years.length > 0 && years.every((y) => /^\d{4}$/.test(y)), years.join());
+  assert.deepEqual(problems, []);
 });
 
 test("a catalog page without its data file says so", async () => {

@@ -34,9 +34,16 @@
     return (v < 10 ? v.toFixed(1) : String(Math.round(v))) + " " + units[i];
   }
 
+  // A time the browser cannot hold as a date (a file system may store years past 275,000) reads as
+  // absent rather than stopping the page.
+  function dateOf(t) {
+    var d = new Date(t * 1000);
+    return t && isFinite(d.getTime()) ? d : null;
+  }
+
   function date(t) {
-    if (!t) return "—";
-    return dateFmt.format(new Date(t * 1000));
+    var d = dateOf(t);
+    return d ? dateFmt.format(d) : "—";
   }
 
   function pad2(n) { return n < 10 ? "0" + n : String(n); }
@@ -217,8 +224,8 @@
   // Column widths by row index; the name (and anything else) takes what is left.
   // The stylesheet may narrow them on small screens through the variables.
   var WIDTHS = { 2: "minmax(var(--wname, 0px), 1fr)", 4: "var(--w4, 104px)", 5: "var(--w5, 112px)",
-    6: "var(--w6, 136px)", 9: "var(--w9, 84px)", 10: "minmax(0, var(--wtext, 180px))",
-    "-1": "minmax(0, var(--wtext, 180px))" };
+    6: "var(--w6, 136px)", 9: "var(--w9, 84px)", 10: "minmax(0, var(--wtext, 220px))",
+    "-1": "minmax(0, var(--wtext, 220px))" };
 
   function compareBy(idx) {
     return function (a, b) {
@@ -378,7 +385,7 @@
       } else {
         pic.appendChild(el("span", "glyph", icon(r[5])));
       }
-      var facts = [r[5], size(r[4]), r[6] ? date(r[6]) : "", r[11] ? r[11] + "×" + r[12] : "",
+      var facts = [r[5], size(r[4]), date(r[6]), r[11] ? r[11] + "×" + r[12] : "",
         r[9] ? dur(r[9]) : ""].filter(Boolean);
       info.replaceChildren(el("b", null, r[2]), el("div", null, facts.join(" · ")),
         el("div", "where", r.cat.name + " — " + pathOf(r)));
@@ -404,6 +411,7 @@
       else return;
       e.preventDefault();
     });
+    st.hide = hide;
     st.open = function (list, row) {
       if (!list.length) return;
       st.list = list;
@@ -419,6 +427,11 @@
   function lightbox(list, row) {
     if (!LB) LB = makeLightbox();
     LB.open(list, row);
+  }
+
+  // A route change drops the open picture with the view it came from.
+  function closeLightbox() {
+    if (LB) LB.hide();
   }
 
   // ---- Shared views ----
@@ -554,8 +567,9 @@
       k.bytes += r[4];
       kinds.set(r[5], k);
       total += r[4];
-      if (r[6]) {
-        var y = String(new Date(r[6] * 1000).getFullYear());
+      var d = dateOf(r[6]);
+      if (d) {
+        var y = String(d.getFullYear());
         years.set(y, (years.get(y) || 0) + 1);
       }
     });
@@ -606,7 +620,11 @@
   function card(c) {
     var a = link("catalog-" + c.id + ".html", "cart");
     var pills = add(el("div", "pills"), el("span", "pill", c.kind || "Drive"));
-    if (c.format) pills.appendChild(el("span", "pill", c.format));
+    if (c.format) {
+      var fmt = el("span", "pill fmt", c.format);
+      fmt.title = c.format;
+      pills.appendChild(fmt);
+    }
     add(a, pills, el("h3", null, c.name),
       el("div", "meta", num(c.files || 0) + " files · " + num(c.folders || 0) + " folders · " + size(c.size)));
     if (c.capacity > 0) {
@@ -633,6 +651,7 @@
       ["stats", "Statistics"]];
 
     function render() {
+      closeLightbox();
       var r = route() || "drives";
       var known = TABS.some(function (t) { return t[0] === r; });
       var view = el("div", "view");
@@ -710,6 +729,7 @@
     if (c.capacity > 0) facts.push(["Capacity", size(c.capacity)], ["Free", size(c.free || 0)]);
 
     function render() {
+      closeLightbox();
       var parts = (route() || "browse/0").split("/");
       var r = parts[0];
       var view = el("div", "view");
