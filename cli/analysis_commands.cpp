@@ -9,6 +9,7 @@
 
 #include "cli/args.h"
 #include "cli/command_table.h"
+#include "cli/table_text.h"
 #include "scan/volume_info.h"
 #include "search/catalog_compare.h"
 #include "search/drive_reports.h"
@@ -91,8 +92,9 @@ void printJSON(const json& j) { std::printf("%s\n", j.dump(2).c_str()); }
 // One line per hit: size, modification date, catalog, path.
 void printHits(const std::vector<SearchHit>& hits) {
   for (const SearchHit& h : hits)
-    std::printf("%12s  %-22s  %-20s  %s%s\n", Fmt::size(h.file.size).c_str(),
-                Fmt::date(h.file.modified).c_str(), h.catalogName.c_str(), h.file.path.c_str(),
+    std::printf("%12s  %s  %s  %s%s\n", Fmt::size(h.file.size).c_str(),
+                padded(Fmt::date(h.file.modified), 22).c_str(), padded(h.catalogName, 20).c_str(),
+                h.file.path.c_str(),
                 h.file.isDir ? "/" : "");
 }
 
@@ -165,7 +167,7 @@ int dupes(const std::vector<std::string>& argv, const Context& context) {
     std::printf("%s  (%zu copies of %s, %s wasted)\n", g.name.c_str(), g.members.size(),
                 Fmt::size(g.size).c_str(), Fmt::size(g.wasted()).c_str());
     for (const DuplicateMember& m : g.members)
-      std::printf("    %-20s  %s\n", m.catalogName.c_str(), m.file.path.c_str());
+      std::printf("    %s  %s\n", padded(m.catalogName, 20).c_str(), m.file.path.c_str());
   }
   std::printf("\n%s sets, %s wasted\n", Fmt::count(static_cast<int64_t>(groups.size())).c_str(),
               Fmt::size(wasted).c_str());
@@ -193,13 +195,13 @@ void printStats(const LibraryStats& s) {
   if (!s.largest.empty()) std::puts("\nLargest files:");
   for (size_t i = 0; i < s.largest.size(); ++i) {
     const SearchHit& h = s.largest[i];
-    std::printf("  %2zu. %12s  %-20s  %s\n", i + 1, Fmt::size(h.file.size).c_str(), h.catalogName.c_str(),
+    std::printf("  %2zu. %12s  %s  %s\n", i + 1, Fmt::size(h.file.size).c_str(), padded(h.catalogName, 20).c_str(),
                 h.file.path.c_str());
   }
   std::puts("\nRecent scans:");
   if (s.log.empty()) std::puts("  No scans recorded yet.");
   for (const ScanLogEntry& l : s.log)
-    std::printf("  %-20s  %s \u00b7 %s  +%lld ~%lld \u2212%lld\n", l.catalogName.c_str(),
+    std::printf("  %s  %s \u00b7 %s  +%lld ~%lld \u2212%lld\n", padded(l.catalogName, 20).c_str(),
                 Fmt::date(l.at).c_str(), l.note.c_str(), static_cast<long long>(l.added),
                 static_cast<long long>(l.changed), static_cast<long long>(l.removed));
 }

@@ -3,6 +3,7 @@
 
 #include "cli/args.h"
 #include "cli/command_table.h"
+#include "cli/table_text.h"
 #include "core/app_info.h"
 #include "core/app_paths.h"
 #include "scan/volume_info.h"
@@ -49,7 +50,7 @@ int list(const std::vector<std::string>& argv, const Context& context) {
   }
   std::printf("%6s  %-28s %12s %10s %12s  %s\n", "ID", "NAME", "FILES", "FOLDERS", "SIZE", "SCANNED");
   for (const Catalog& c : catalogs) {
-    std::printf("%6lld  %-28s %12s %10s %12s  %s\n", static_cast<long long>(c.id), c.name.c_str(),
+    std::printf("%6lld  %s %12s %10s %12s  %s\n", static_cast<long long>(c.id), padded(c.name, 28).c_str(),
                 Fmt::count(c.fileCount).c_str(), Fmt::count(c.folderCount).c_str(),
                 Fmt::size(c.totalSize).c_str(), Fmt::date(c.scannedAt).c_str());
   }
@@ -65,7 +66,7 @@ int volumes(const std::vector<std::string>& argv, const Context&) {
     std::string flags;
     if (v.info.isNetwork) flags += "network ";
     if (v.info.isRemovable) flags += "removable ";
-    std::printf("%-28s %-20s %-16s %12s %12s  %s\n", v.url.c_str(), v.info.name.c_str(),
+    std::printf("%s %s %-16s %12s %12s  %s\n", padded(v.url, 28).c_str(), padded(v.info.name, 20).c_str(),
                 v.info.format.c_str(), Fmt::size(v.info.capacity).c_str(), Fmt::size(v.info.free).c_str(),
                 flags.c_str());
   }

@@ -4,6 +4,7 @@
 
 #include "cli/args.h"
 #include "cli/command_table.h"
+#include "cli/table_text.h"
 #include "core/app_paths.h"
 #include "exchange/sample_data.h"
 #include "store/catalog_db.h"
@@ -46,7 +47,7 @@ int load(CatalogDB& store) {
   std::puts("Sample cartridges loaded");
   for (int64_t id : ids) {
     if (std::optional<Catalog> c = store.catalog(id)) {
-      std::printf("%6lld  %-28s %10s files %12s\n", static_cast<long long>(c->id), c->name.c_str(),
+      std::printf("%6lld  %s %10s files %12s\n", static_cast<long long>(c->id), padded(c->name, 28).c_str(),
                   Fmt::count(c->fileCount).c_str(), Fmt::size(c->totalSize).c_str());
     }
   }

@@ -20,6 +20,7 @@
 #include "app/watched_catalogs.h"
 #include "cli/args.h"
 #include "cli/command_table.h"
+#include "cli/table_text.h"
 #include "core/test_timing.h"
 #include "core/user_defaults.h"
 #include "store/catalog_db.h"
@@ -266,8 +267,8 @@ int list(const Args& args, const Context& context) {
   }
   std::printf("%6s  %-28s %-8s %s\n", "ID", "NAME", "STATE", "FOLDER");
   for (const nlohmann::json& row : rows) {
-    std::printf("%6lld  %-28s %-8s %s\n", static_cast<long long>(row["id"].get<int64_t>()),
-                row["name"].is_null() ? "(deleted)" : row["name"].get<std::string>().c_str(),
+    std::printf("%6lld  %s %-8s %s\n", static_cast<long long>(row["id"].get<int64_t>()),
+                padded(row["name"].is_null() ? "(deleted)" : row["name"].get<std::string>(), 28).c_str(),
                 row["state"].get<std::string>().c_str(),
                 row["rootPath"].is_null() ? "" : row["rootPath"].get<std::string>().c_str());
   }
