@@ -118,6 +118,7 @@ int runDataExport(const std::string& format, const std::vector<std::string>& arg
   CatalogDB store(databasePath(context));
   std::vector<Catalog> catalogs;
   if (int status = chosenCatalogs(command, args, store, catalogs)) return status;
+  if (catalogs.empty()) return failure("Nothing to Export: Choose at least one catalog first.");
 
   const bool toStdout = output && *output == "-";
   fs::path target = output ? fs::path(*output) : fs::path(suggestedName(catalogs, format));

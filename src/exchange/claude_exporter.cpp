@@ -5,13 +5,13 @@
 
 #include <cerrno>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <system_error>
 
 #include "core/app_info.h"
 #include "core/name_mapping.h"
 #include "exchange/exchange_file.h"
+#include "exchange/exporter.h"
 #include "organize/export_error.h"
 #include "store/catalog_db.h"
 #include "store/finder_label.h"
@@ -56,11 +56,7 @@ void appendItem(std::string& out, const FileRecord& f) {
   if (f.modified) appendAttribute(out, "modified", Fmt::iso(*f.modified));
   if (f.created) appendAttribute(out, "created", Fmt::iso(*f.created));
   if (!f.sha256.empty()) appendAttribute(out, "sha256", f.sha256);
-  if (f.duration > 0) {
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.2f", f.duration);
-    appendAttribute(out, "duration", buffer);
-  }
+  if (f.duration > 0) appendAttribute(out, "duration", Exporter::decimal(f.duration, 2));
   if (f.width >= 1) {
     appendAttribute(out, "width", std::to_string(f.width));
     appendAttribute(out, "height", std::to_string(f.height));

@@ -4,13 +4,13 @@
 #include <unicode/locid.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <map>
 #include <memory>
 #include <unordered_map>
 
 #include "exchange/claude_exporter.h"
+#include "exchange/exporter.h"
 #include "search/duplicates.h"
 #include "store/catalog_db.h"
 #include "store/fmt.h"
@@ -90,10 +90,9 @@ std::string code(const std::string& text) {
 }
 
 std::string percent(int64_t part, int64_t whole) {
-  char buffer[32];
-  std::snprintf(buffer, sizeof buffer, "%.1f%%",
-                static_cast<double>(part) * 100.0 / static_cast<double>(std::max<int64_t>(1, whole)));
-  return buffer;
+  return Exporter::decimal(
+             static_cast<double>(part) * 100.0 / static_cast<double>(std::max<int64_t>(1, whole)), 1) +
+         "%";
 }
 
 void driveSection(std::string& out, const Catalog& catalog) {
@@ -153,7 +152,7 @@ void kindsSection(std::string& out, const std::vector<FileRecord>& files) {
   for (const auto& [ext, count] : top) {
     list += (list.empty() ? "." : ", .") + ext + " (" + std::to_string(count) + ")";
   }
-  out += "\nTop extensions: " + (list.empty() ? std::string(Fmt::kNone) : list) + "\n\n";
+  out += "\nTop extensions: " + list + "\n\n";
 }
 
 class FolderTree {
@@ -184,8 +183,8 @@ class FolderTree {
       walk(out, f.id, depth + 1, prefix + (last ? "    " : "\u2502   "));
     }
     if (cut) {
-      out += prefix + "\u2514\u2500\u2500 \u2026 " + std::to_string(all.size() - kTreeEntriesPerLevel) +
-             " more folders\n";
+      out += prefix + "\u2514\u2500\u2500 \u2026 " +
+             Fmt::count(static_cast<int64_t>(all.size() - kTreeEntriesPerLevel)) + " more folders\n";
     }
   }
 

@@ -18,7 +18,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-
 std::string quoted(const fs::path& path) { return "\u201C" + NameMapping::storedPath(path) + "\u201D"; }
 
 // The permission bits a new file gets from the process's umask. Read from /proc rather than set and

@@ -1,7 +1,8 @@
 // Catalogs and search hits out to the CSV and JSON exchange formats.
 #include "exchange/exporter.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <charconv>
 
 #include "core/app_info.h"
 #include "exchange/exchange_file.h"
@@ -120,12 +121,18 @@ std::string csvField(std::string_view text) {
   return out;
 }
 
+std::string decimal(double value, int decimals) {
+  char buffer[400];  // The largest double has 309 digits before the point.
+  auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed,
+                                    std::clamp(decimals, 0, 17));
+  return error == std::errc() ? std::string(buffer, end) : std::string();
+}
+
 std::string csvRow(const FileRecord& r, std::string_view catalogName) {
   std::string tags, meta;
   for (size_t i = 0; i < r.tags.size(); ++i) tags += (i > 0 ? "; " : "") + r.tags[i];
   for (const auto& [key, value] : r.meta) meta += (meta.empty() ? "" : "; ") + key + ": " + value;
-  char duration[64] = "";
-  if (r.duration > 0) std::snprintf(duration, sizeof duration, "%.2f", r.duration);
+  const std::string duration = r.duration > 0 ? decimal(r.duration, 2) : "";
   const std::string fields[] = {
       std::string(catalogName),
       r.path,

@@ -36,6 +36,11 @@ const std::array<std::string_view, 17>& csvHeader();
 // quote, a line feed or a carriage return; otherwise `text` as it is (also when empty).
 std::string csvField(std::string_view text);
 
+// Returns `value` with `decimals` digits after a "." (as printf's "%.*f" in the C locale), whatever locale
+// the process runs in: a Qt program takes the user's, whose decimal sign may be a comma, and exchange
+// files must read the same everywhere.
+std::string decimal(double value, int decimals);
+
 // Returns the seventeen quoted fields of `record` joined with commas, without a line end.
 std::string csvRow(const FileRecord& record, std::string_view catalogName);
 

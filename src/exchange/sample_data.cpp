@@ -202,12 +202,11 @@ std::vector<ImportedFile> studioArchive(Generator& g, const std::vector<Imported
           file("Masters/Stems/" + release + "/" + stem + ".wav", size, "Audio", "audio/x-wav", g.date(8)));
     }
   }
-  // A backup of the DJ drive's crates: the same files under another folder, so the sample library has
+  // A backup of the whole DJ drive: the same files under another folder, so the sample library has
   // duplicates across drives.
-  for (const ImportedFile& track : crates) {
-    if (track.kind != "Audio") continue;
-    ImportedFile copy = track;
-    copy.path = "Crate Backup/" + track.path;
+  for (const ImportedFile& item : crates) {
+    ImportedFile copy = item;
+    copy.path = "Crate Backup/" + item.path;
     items.push_back(std::move(copy));
   }
   return items;
@@ -240,7 +239,7 @@ std::vector<ImportedFile> photoVault(Generator& g) {
                       {"Dimensions", pixels(size[0], size[1])},
                       {"Aperture", aperture},
                       {"ISO", iso},
-                      {"GPS", format("%.5f, %.5f", gps[0], gps[1])}};
+                      {"GPS", Exporter::decimal(gps[0], 5) + ", " + Exporter::decimal(gps[1], 5)}};
         items.push_back(std::move(photo));
       }
     }

@@ -34,6 +34,10 @@ grep -q '"format": "tavrel-orrelin-catalog"' tree.json || fail "json format key"
 run export json Tree -o - 2>/dev/null | grep -q '"name": "IMG_0001.JPG"' || fail "json to stdout"
 out=$(run export json 2>&1); [ $? -eq 2 ] || fail "no catalog is a usage error"
 grep -q "Choose at least one catalog first" <<<"$out" || fail "no catalog message: $out"
+out=$("$cli" --db "$ORRELIN_SCRATCH/empty.sqlite" export csv --all -o all.csv 2>&1); [ $? -eq 1 ] \
+  || fail "--all with no cartridges exported: $out"
+grep -q "Nothing to Export: Choose at least one catalog first.$" <<<"$out" || fail "empty --all message: $out"
+[ ! -e all.csv ] || fail "a file was made with nothing to export"
 out=$(run export csv Nope -o x.csv 2>&1); [ $? -eq 1 ] || fail "unknown catalog"
 [ ! -e x.csv ] || fail "a file was made for an unknown catalog"
 

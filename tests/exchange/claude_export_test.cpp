@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "comma_locale.h"
 #include "exchange/claude_fixture.h"
 #include "organize/export_error.h"
 #include "search/search_fixture.h"
@@ -120,6 +121,29 @@ TEST_F(ClaudeExportTest, ReadmeExampleAndPlanTemplateAreJsonWhateverTheName) {
   EXPECT_EQ(json::parse(readme.substr(begin, readme.find("```", begin) - begin))["catalog"], "bad \uFFFD");
 }
 
+TEST_F(ClaudeExportTest, NumbersHaveAPointWhateverTheProcessLocale) {
+  testing::CommaDecimalLocale comma;
+  if (!comma.active()) GTEST_SKIP() << "localedef could not make a locale with a decimal comma";
+  Catalog c;
+  c.name = "Drive";
+  FileRecord song, photo;
+  song.id = 1;
+  song.path = song.name = "song.mp3";
+  song.kind = FileKind::audio;
+  song.size = 1000;
+  song.duration = 61.5;
+  photo.id = 2;
+  photo.path = photo.name = "photo.jpg";
+  photo.kind = FileKind::image;
+  photo.size = 2000;
+
+  EXPECT_NE(ClaudeExporter::xml(c, {song}).find(" duration=\"61.50\""), std::string::npos);
+  CatalogDB store(dbPath);
+  std::string s = ClaudeExporter::summary(c, {song, photo}, store);
+  EXPECT_NE(s.find(" | 66.7% |\n"), std::string::npos) << s;
+  EXPECT_NE(s.find(" | 33.3% |\n"), std::string::npos) << s;
+}
+
 TEST_F(ClaudeExportTest, EmptyCatalogGivesAllFilesAndEmptySections) {
   Catalog c = scanTree();
   std::vector<fs::path> files = exportBundle(c);
@@ -130,6 +154,7 @@ TEST_F(ClaudeExportTest, EmptyCatalogGivesAllFilesAndEmptySections) {
   std::string summary = readFile(files[2]);
   EXPECT_NE(summary.find("None found."), std::string::npos);
   EXPECT_NE(summary.find("No naming problems found."), std::string::npos);
+  EXPECT_NE(summary.find("\nTop extensions: \n"), std::string::npos) << "an empty list, not a dash";
   EXPECT_NE(summary.find("```\n" + c.name + "/\n```"), std::string::npos);
 }
 

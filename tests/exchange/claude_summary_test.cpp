@@ -1,5 +1,6 @@
 // SUMMARY.md and the naming problems of the export for Claude, on catalogs scanned from real trees.
 #include <gtest/gtest.h>
+#include <unicode/locid.h>
 
 #include <algorithm>
 
@@ -125,6 +126,31 @@ TEST_F(ClaudeExportTest, FolderTreeShowsThreeLevelsAndSixtyFoldersALevel) {
             std::string::npos);
   EXPECT_LT(shown.find("\u251C\u2500\u2500 b/"), shown.find("\u2514\u2500\u2500 c/"));
   EXPECT_NE(shown.find("\u2514\u2500\u2500 Wide/"), std::string::npos);
+}
+
+TEST_F(ClaudeExportTest, FolderTreeCountsTheFoldersLeftOutLikeEveryOtherCount) {
+  std::vector<FileRecord> folders;
+  for (int i = 0; i < 1061; ++i) {
+    FileRecord f;
+    f.id = i + 1;
+    f.isDir = true;
+    f.kind = FileKind::folder;
+    f.path = f.name = "f" + std::to_string(10000 + i);
+    folders.push_back(f);
+  }
+  Catalog c;
+  c.name = "Wide";
+  CatalogDB store(dbPath);
+  // A locale that groups digits (the tests' own, C.UTF-8, groups none).
+  const icu::Locale saved = icu::Locale::getDefault();
+  UErrorCode status = U_ZERO_ERROR;
+  icu::Locale::setDefault(icu::Locale("en_US"), status);
+  std::string shown = section(ClaudeExporter::summary(c, folders, store), "## Folder tree (to depth 3)");
+  const std::string more = "\u2026 " + Fmt::count(1001) + " more folders";
+  icu::Locale::setDefault(saved, status);
+  ASSERT_EQ(more, "\u2026 1,001 more folders");
+  EXPECT_NE(shown.find("\n\u2514\u2500\u2500 " + more + "\n```"), std::string::npos)
+      << shown.substr(shown.size() - 200);
 }
 
 TEST_F(ClaudeExportTest, NamingProblemsFollowTheirRules) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "comma_locale.h"
 #include "exchange_fixture.h"
 #include "organize/export_error.h"
 #include "store/db_error.h"
@@ -76,6 +77,17 @@ TEST(CsvRow, HasSeventeenFieldsInTheHeaderOrder) {
   ASSERT_EQ(bareRows.size(), 1u);
   EXPECT_EQ(bareRows[0], (std::vector<std::string>{"", "dir/file.txt", "file.txt", "Yes", "Other", "12", "",
                                                    "", "", "None", "No", "", "", "", "", "", ""}));
+}
+
+TEST(CsvRow, DurationHasAPointWhateverTheProcessLocale) {
+  CommaDecimalLocale comma;
+  if (!comma.active()) GTEST_SKIP() << "localedef could not make a locale with a decimal comma";
+  FileRecord r = bareRecord();
+  r.duration = 61.5;
+  const auto rows = Exporter::parseCSV(Exporter::csvRow(r, "Disk"));
+  ASSERT_EQ(rows.size(), 1u);
+  ASSERT_EQ(rows[0].size(), 17u);
+  EXPECT_EQ(rows[0][12], "61.50");
 }
 
 TEST(FileDict, KeysArePresentOnlyWhenTheRecordHasTheValue) {

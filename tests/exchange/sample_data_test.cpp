@@ -8,6 +8,7 @@
 #include <map>
 #include <set>
 
+#include "comma_locale.h"
 #include "scan/volume_info.h"
 #include "search/duplicates.h"
 #include "store/catalog_db.h"
@@ -52,6 +53,21 @@ TEST(SampleRandomTest, FollowsTheSeededRecurrence) {
   EXPECT_EQ(random.next(), 188509099u);
   EXPECT_EQ(random.next(), 1000850793u);
   EXPECT_EQ(random.next(), 567777259u);
+}
+
+TEST(SampleGenerateTest, GpsPointsHaveFiveDecimalsAndAPointWhateverTheProcessLocale) {
+  testing::CommaDecimalLocale comma;
+  if (!comma.active()) GTEST_SKIP() << "localedef could not make a locale with a decimal comma";
+  const std::set<std::string> points = {"39.06390, -108.55060", "39.11000, -108.35370",
+                                        "39.15860, -108.72900", "40.01500, -105.27050",
+                                        "36.16990, -115.13980"};
+  std::set<std::string> seen;
+  const std::vector<SampleData::Cartridge> cartridges = SampleData::generate(kNow);
+  for (const Exporter::ImportedFile& photo : cartridges[2].items) {
+    EXPECT_TRUE(points.count(photo.meta.at("GPS"))) << photo.meta.at("GPS");
+    seen.insert(photo.meta.at("GPS"));
+  }
+  EXPECT_EQ(seen.size(), points.size());
 }
 
 TEST_F(SampleDataTest, TwoLoadsGiveIdenticalRowsAndOnlyTheDatesFollowTheClock) {
@@ -180,6 +196,7 @@ TEST_F(SampleDataTest, ItemsHaveTheShapesAndRangesOfEachDrive) {
   EXPECT_EQ(filesUnder(studio, "Masters/WAV/").size(), 40u);
   EXPECT_EQ(filesUnder(studio, "Masters/Stems/").size(), 20u);
   EXPECT_EQ(filesUnder(studio, "Crate Backup/Music/").size(), tracks);
+  EXPECT_EQ(filesUnder(studio, "Crate Backup/").size(), tracks + 2) << "the Rekordbox files too";
 
   // Photo vault: every year from 2019 to 2026, ten to 28 photos an event, iPhones at 4032 × 3024.
   for (int year = 2019; year <= 2026; ++year) {
