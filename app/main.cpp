@@ -5,6 +5,7 @@
 #include <QPalette>
 #include <QString>
 #include <QStyleFactory>
+#include <clocale>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
@@ -77,6 +78,9 @@ int main(int argc, char** argv) {
   }
 
   QApplication app(argc, argv);
+  // Qt adopts the user's locale for everything; numbers written into catalogs and files must keep "."
+  // as their decimal sign, whatever the user's language.
+  std::setlocale(LC_NUMERIC, "C");
   QApplication::setApplicationName(qstring(orrelin::AppInfo::name));
   QApplication::setApplicationDisplayName(qstring(orrelin::AppInfo::name));
   QApplication::setOrganizationName(qstring(orrelin::AppInfo::company));

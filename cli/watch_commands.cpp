@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <clocale>
 #include <QDateTime>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -101,6 +102,9 @@ int runService(const Context& context) {
   static char name[] = "orrelin-cli";
   static char* argv[] = {name, nullptr};
   QCoreApplication app(argc, argv);
+  // Qt adopts the user's locale for everything; numbers written into catalogs and files must keep "."
+  // as their decimal sign, whatever the user's language.
+  std::setlocale(LC_NUMERIC, "C");
   // Nobody is at a window to answer: every question is cancelled, and alerts and toasts are printed.
   Dialogs::setAnswerer([](const Dialogs::Request&) { return Dialogs::Answer::cancel(); });
 

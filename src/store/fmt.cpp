@@ -62,8 +62,9 @@ std::string utf8(const icu::UnicodeString& text) {
   return out;
 }
 
-// The C library's digits, for when ICU fails: no grouping, "." as the decimal sign (the program never
-// calls setlocale, so printf stays in the "C" locale), trailing fraction zeros dropped.
+// The C library's digits, for when ICU fails: no grouping, "." as the decimal sign (numbers stay in the
+// "C" locale: the Qt programs set LC_NUMERIC back to "C" after Qt adopts the user's locale), trailing
+// fraction zeros dropped.
 std::string plainNumber(double value, int digits) {
   char buffer[64];
   std::snprintf(buffer, sizeof buffer, "%.*f", digits, value);
