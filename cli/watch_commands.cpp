@@ -5,11 +5,11 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
-#include <clocale>
 #include <QDateTime>
 #include <QSocketNotifier>
 #include <QTimer>
 
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <set>
