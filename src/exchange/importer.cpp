@@ -184,58 +184,71 @@ int64_t insertImported(CatalogDB& store, const std::string& name, const std::str
   try {
     store.setNotes(id, notes);
 
-    // By cleaned path; a later item replaces an earlier one of the same path.
-    std::unordered_map<std::string, const ImportedFile*> byPath;
-    byPath.reserve(items.size());
+    // Each item's path as stored: most are already clean and are used where they stand.
+    std::deque<std::string> cleaned;  // The paths that were not.
+    std::vector<std::string_view> paths;
+    paths.reserve(items.size());
     for (const ImportedFile& item : items) {
-      std::string path = cleanPath(item.path);
-      if (!path.empty()) byPath.insert_or_assign(std::move(path), &item);
+      const std::string& path = item.path;
+      bool clean = path.empty() || (path.front() != '/' && path.back() != '/' &&
+                                    path.find("//") == std::string::npos && path.find('\0') == std::string::npos);
+      paths.push_back(clean ? std::string_view(path) : std::string_view(cleaned.emplace_back(cleanPath(path))));
     }
+
+    // By path, the item to insert and then its new row id; a later item replaces an earlier one of the
+    // same path. Keys point into `items`, `cleaned` and `synthetic`, which outlive the map.
+    struct Entry {
+      const ImportedFile* item;
+      int64_t rowID = 0;
+    };
+    std::unordered_map<std::string_view, Entry> byPath;
+    byPath.reserve(items.size());
+    for (size_t i = 0; i < items.size(); ++i)
+      if (!paths[i].empty()) byPath.insert_or_assign(paths[i], Entry{&items[i]});
     // Folders that the file does not list, so that every item has its parents. A listed file with items
     // below it (only a damaged file has one) becomes a folder, or its items could never be browsed to.
     std::deque<ImportedFile> synthetic;
-    for (const ImportedFile& item : items) {
-      std::string path = cleanPath(item.path);
+    for (std::string_view path : paths) {
       for (std::string_view parent = parentPath(path); !parent.empty(); parent = parentPath(parent)) {
-        auto listed = byPath.find(std::string(parent));
+        auto listed = byPath.find(parent);
         if (listed != byPath.end()) {
-          if (!listed->second->isDir) {
-            ImportedFile folder = *listed->second;
+          if (!listed->second.item->isDir) {
+            ImportedFile folder = *listed->second.item;
             folder.isDir = true;
             folder.kind = rawValue(FileKind::folder);
             synthetic.push_back(std::move(folder));
-            listed->second = &synthetic.back();
+            listed->second.item = &synthetic.back();
           }
           break;
         }
         synthetic.push_back(syntheticFolder(std::string(parent)));
-        byPath.emplace(synthetic.back().path, &synthetic.back());
+        byPath.emplace(synthetic.back().path, Entry{&synthetic.back()});
       }
     }
+    paths = {};
 
     // Parents before children: by depth, then by path.
-    std::vector<std::pair<size_t, const std::string*>> order;
+    using Slot = std::unordered_map<std::string_view, Entry>::value_type;
+    std::vector<std::pair<size_t, Slot*>> order;
     order.reserve(byPath.size());
-    for (const auto& [path, item] : byPath) order.emplace_back(componentCount(path), &path);
+    for (Slot& slot : byPath) order.emplace_back(componentCount(slot.first), &slot);
     std::sort(order.begin(), order.end(), [](const auto& a, const auto& b) {
-      return a.first != b.first ? a.first < b.first : *a.second < *b.second;
+      return a.first != b.first ? a.first < b.first : a.second->first < b.second->first;
     });
 
     SQLiteDB& db = store.db();
     db.transaction([&] {
       Statement insert = db.prepare(scan_sql::kInsertFile);
-      std::unordered_map<std::string_view, int64_t> ids;  // Keys point into byPath, which outlives this.
-      ids.reserve(order.size());
-      for (const auto& [depth, pathPointer] : order) {
-        const std::string& path = *pathPointer;
-        const ImportedFile& item = *byPath.at(path);
-        auto parent = ids.find(parentPath(path));
+      for (const auto& [depth, slot] : order) {
+        const std::string_view path = slot->first;
+        const ImportedFile& item = *slot->second.item;
+        auto parent = byPath.find(parentPath(path));
         const std::string_view leaf = lastComponent(path);
         const std::string_view kind = fileKindFromRaw(item.kind) ? std::string_view(item.kind)
                                       : item.isDir               ? rawValue(FileKind::folder)
                                                                  : rawValue(FileKind::other);
         db.step(insert, {id,
-                         parent == ids.end() ? 0 : parent->second,
+                         parent == byPath.end() ? 0 : parent->second.rowID,
                          path,
                          leaf,
                          item.isDir,
@@ -254,7 +267,7 @@ int64_t insertImported(CatalogDB& store, const std::string& name, const std::str
                          item.width,
                          item.height,
                          metaJSON(item.meta)});
-        ids.emplace(path, db.lastInsertID());
+        slot->second.rowID = db.lastInsertID();
       }
     });
     store.recomputeTotals(id);
