@@ -4,7 +4,10 @@
 // database, RUNS times each (default 3), with the median and the spread. Peak memory includes the
 // connection's page cache and its 256 MiB memory map of the database, which every child has.
 //
-//   nice build/bench/exchange_bench [RECORDS] [RUNS]
+//   nice build/bench/exchange_bench [RECORDS] [RUNS] [--imports]
+//
+// With --imports only the imports run, from the exports of an earlier run (made first when missing), and
+// the exports are kept: so that two builds can be compared on the same files, one after the other.
 //
 // The library is built once in $ORRELIN_BENCH_DIR (else <temp>/orrelin-bench) and reused; the exports and
 // the import's database are made there too and removed at the end.
@@ -109,6 +112,7 @@ int main(int argc, char** argv) {
   LibraryShape shape;
   if (argc > 1) shape.records = std::atoll(argv[1]);
   const int runs = argc > 2 ? std::max(1, std::atoi(argv[2])) : 3;
+  const bool importsOnly = argc > 3 && std::string(argv[3]) == "--imports";
   const fs::path libraryPath = syntheticLibraryPath(shape);
   std::vector<Catalog> catalogs;
   {
@@ -128,6 +132,7 @@ int main(int argc, char** argv) {
   const fs::path jsonFile = benchDirectory() / "exchange-export.json";
 
   std::printf("\n%-50s %10s %13s %18s %14s\n", "", "time", "rate", "memory", "output");
+  if (!importsOnly || !fs::exists(csvFile) || !fs::exists(jsonFile)) {
   report("exportCSV (whole library, atomic file)", inChild([&] {
            CatalogDB store(dbPath);
            return Exporter::exportCSV(store, catalogsOf(store), csvFile);
@@ -138,7 +143,8 @@ int main(int argc, char** argv) {
            return Exporter::exportJSON(store, catalogsOf(store), jsonFile);
          }),
          jsonFile);
-
+  }
+  if (!importsOnly) {
   std::printf("\nWhere the time goes (no file written):\n");
   report("  rows read and mapped to FileRecord", inChild([&] {
            CatalogDB store(dbPath);
@@ -180,6 +186,7 @@ int main(int argc, char** argv) {
            return n + static_cast<int64_t>(text.empty());
          }),
          {});
+  }
 
   // Imports count records: the rows the new catalogs hold, rebuilt folders included.
   const fs::path importDB = benchDirectory() / "exchange-import.sqlite";
@@ -200,8 +207,10 @@ int main(int argc, char** argv) {
   reportMedian("importCSV (the CSV export)", runs, importInto(false));
 
   removeDatabase(importDB);
-  fs::remove(csvFile);
-  fs::remove(jsonFile);
+  if (!importsOnly) {
+    fs::remove(csvFile);
+    fs::remove(jsonFile);
+  }
   return 0;
 }
 
