@@ -325,13 +325,14 @@ int64_t importCSV(CatalogDB& store, const fs::path& from) {
     }
     reader.finish(count);
     if (!utf8.valid())
-      throw ExportError("Could not read \u201C" + from.string() + "\u201D: it is not UTF-8 text.");
+      throw ExportError("Could not read \u201C" + NameMapping::storedPath(from) + "\u201D: it is not UTF-8 text.");
   }
   if (!headerRead || header.size() < 6 || !columns->path) throw ExportError(std::string(kNotCSVExport));
 
   // Second reading: rows become items of their catalog; a catalog is inserted once all its rows are in
   // and every catalog before it is, so that the catalogs keep their order.
-  const std::string notes = "Imported from " + from.filename().string();
+  // The name as the catalogs store names: one that is not UTF-8 keeps its stray bytes reversibly.
+  const std::string notes = "Imported from " + NameMapping::storedPath(from.filename());
   std::vector<int64_t> made;
   size_t next = 0;  // The first catalog not inserted yet.
   bool changed = false;

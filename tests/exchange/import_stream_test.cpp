@@ -200,3 +200,27 @@ TEST_F(ExchangeTest, ARepeatedKeyCountsByItsLastValue) {
 
 }  // namespace
 }  // namespace orrelin::testing
+
+namespace orrelin::testing {
+namespace {
+
+TEST_F(ExchangeTest, AFileNameThatIsNotUTF8IsNamedInTheCatalogsOwnForm) {
+  const std::filesystem::path file = dir.path() / "caf\xE9.csv";  // Latin-1, as old drives have.
+  writeFile(file, "Catalog,Path,Name,Folder,Kind,Size\nC,a,a,No,Other,1\n");
+  ASSERT_EQ(Exporter::importCSV(store, file), 1);
+  const std::string notes = catalogNamed("C (Imported)").notes;
+  EXPECT_TRUE(NameMapping::isValidUTF8(notes)) << notes;
+  EXPECT_EQ(notes, "Imported from " + NameMapping::storedPath(file.filename()));
+  EXPECT_EQ(NameMapping::toDisk(notes.substr(14)), "caf\xE9.csv");
+
+  writeFile(file, "Catalog,Path,Name,Folder,Kind,Size\nC,\xFF,a,No,Other,1\n");
+  try {
+    Exporter::importCSV(store, file);
+    ADD_FAILURE();
+  } catch (const ExportError& e) {
+    EXPECT_TRUE(NameMapping::isValidUTF8(e.what())) << e.what();
+  }
+}
+
+}  // namespace
+}  // namespace orrelin::testing
