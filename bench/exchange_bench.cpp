@@ -1,7 +1,8 @@
 // Exchange benchmark: CSV and JSON export of a synthetic library (1,000,000 records by default), each in a
 // child process of its own so that its peak memory (ru_maxrss) is its own; then the output sizes and where
 // the time goes (reading rows, building texts, writing); then both exports imported back into a new
-// database, RUNS times each (default 3), with the median and the spread. Peak memory includes the
+// database, RUNS times each (default 3), with the median and the spread, and the median CPU time (user and
+// system), which the machine's other work does not inflate. Peak memory includes the
 // connection's page cache and its 256 MiB memory map of the database, which every child has.
 //
 //   nice build/bench/exchange_bench [RECORDS] [RUNS] [--imports]
@@ -40,6 +41,7 @@ double secondsSince(Clock::time_point start) {
 
 struct Run {
   double seconds = 0;
+  double cpuSeconds = 0;  // User and system time of the child: what the work costs, whatever else runs.
   long peakKiB = 0;
   int64_t records = 0;
 };
@@ -73,6 +75,8 @@ Run inChild(const std::function<int64_t()>& work) {
     std::exit(1);
   }
   run.peakKiB = usage.ru_maxrss;
+  run.cpuSeconds = static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+                   static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
   return run;
 }
 
@@ -94,17 +98,20 @@ void removeDatabase(const fs::path& file) {
 void reportMedian(const char* what, int runs, const std::function<int64_t()>& work) {
   std::vector<Run> all;
   for (int i = 0; i < runs; ++i) all.push_back(inChild(work));
-  std::vector<double> seconds;
+  std::vector<double> seconds, cpu;
   std::vector<long> peaks;
-  for (const Run& run : all) seconds.push_back(run.seconds), peaks.push_back(run.peakKiB);
+  for (const Run& run : all)
+    seconds.push_back(run.seconds), cpu.push_back(run.cpuSeconds), peaks.push_back(run.peakKiB);
   std::sort(seconds.begin(), seconds.end());
+  std::sort(cpu.begin(), cpu.end());
   std::sort(peaks.begin(), peaks.end());
   Run median = all.front();
   median.seconds = seconds[seconds.size() / 2];
   median.peakKiB = peaks[peaks.size() / 2];
-  std::printf("%-50s %8.2f s %9.0f rec/s %8.1f MiB peak RSS   (%d runs, %.2f-%.2f s)\n", what, median.seconds,
-              static_cast<double>(median.records) / median.seconds,
-              static_cast<double>(median.peakKiB) / 1024.0, runs, seconds.front(), seconds.back());
+  std::printf("%-50s %8.2f s %9.0f rec/s %8.1f MiB peak RSS %8.2f s CPU   (%d runs, %.2f-%.2f s)\n", what,
+              median.seconds, static_cast<double>(median.records) / median.seconds,
+              static_cast<double>(median.peakKiB) / 1024.0, cpu[cpu.size() / 2], runs, seconds.front(),
+              seconds.back());
   std::fflush(stdout);
 }
 
