@@ -1,22 +1,29 @@
 // Exchange benchmark: CSV and JSON export of a synthetic library (1,000,000 records by default), each in a
 // child process of its own so that its peak memory (ru_maxrss) is its own; then the output sizes and where
-// the time goes (reading rows, building texts, writing). Peak memory includes the connection's page cache
-// and its 256 MiB memory map of the database, which every child has.
+// the time goes (reading rows, building texts, writing); then both exports imported back into a new
+// database, RUNS times each (default 3), with the median and the spread, and the median CPU time (user and
+// system), which the machine's other work does not inflate. Peak memory includes the
+// connection's page cache and its 256 MiB memory map of the database, which every child has.
 //
-//   nice build/bench/exchange_bench [RECORDS]
+//   nice build/bench/exchange_bench [RECORDS] [RUNS] [--imports]
 //
-// The library is built once in $ORRELIN_BENCH_DIR (else <temp>/orrelin-bench) and reused; the exports are
-// written there too and removed at the end.
+// With --imports only the imports run, from the exports of an earlier run (made first when missing), and
+// the exports are kept: so that two builds can be compared on the same files, one after the other.
+//
+// The library is built once in $ORRELIN_BENCH_DIR (else <temp>/orrelin-bench) and reused; the exports and
+// the import's database are made there too and removed at the end.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "exchange/exporter.h"
 #include "store/catalog_db.h"
@@ -34,6 +41,7 @@ double secondsSince(Clock::time_point start) {
 
 struct Run {
   double seconds = 0;
+  double cpuSeconds = 0;  // User and system time of the child: what the work costs, whatever else runs.
   long peakKiB = 0;
   int64_t records = 0;
 };
@@ -67,6 +75,8 @@ Run inChild(const std::function<int64_t()>& work) {
     std::exit(1);
   }
   run.peakKiB = usage.ru_maxrss;
+  run.cpuSeconds = static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+                   static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
   return run;
 }
 
@@ -79,9 +89,37 @@ void report(const char* what, const Run& run, const fs::path& file) {
   std::fflush(stdout);
 }
 
+void removeDatabase(const fs::path& file) {
+  for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(file.string() + suffix);
+}
+
+// Runs `work` `runs` times, each in a child of its own, and reports the median time and the median peak
+// memory, with the fastest and slowest times.
+void reportMedian(const char* what, int runs, const std::function<int64_t()>& work) {
+  std::vector<Run> all;
+  for (int i = 0; i < runs; ++i) all.push_back(inChild(work));
+  std::vector<double> seconds, cpu;
+  std::vector<long> peaks;
+  for (const Run& run : all)
+    seconds.push_back(run.seconds), cpu.push_back(run.cpuSeconds), peaks.push_back(run.peakKiB);
+  std::sort(seconds.begin(), seconds.end());
+  std::sort(cpu.begin(), cpu.end());
+  std::sort(peaks.begin(), peaks.end());
+  Run median = all.front();
+  median.seconds = seconds[seconds.size() / 2];
+  median.peakKiB = peaks[peaks.size() / 2];
+  std::printf("%-50s %8.2f s %9.0f rec/s %8.1f MiB peak RSS %8.2f s CPU   (%d runs, %.2f-%.2f s)\n", what,
+              median.seconds, static_cast<double>(median.records) / median.seconds,
+              static_cast<double>(median.peakKiB) / 1024.0, cpu[cpu.size() / 2], runs, seconds.front(),
+              seconds.back());
+  std::fflush(stdout);
+}
+
 int main(int argc, char** argv) {
   LibraryShape shape;
   if (argc > 1) shape.records = std::atoll(argv[1]);
+  const int runs = argc > 2 ? std::max(1, std::atoi(argv[2])) : 3;
+  const bool importsOnly = argc > 3 && std::string(argv[3]) == "--imports";
   const fs::path libraryPath = syntheticLibraryPath(shape);
   std::vector<Catalog> catalogs;
   {
@@ -101,6 +139,7 @@ int main(int argc, char** argv) {
   const fs::path jsonFile = benchDirectory() / "exchange-export.json";
 
   std::printf("\n%-50s %10s %13s %18s %14s\n", "", "time", "rate", "memory", "output");
+  if (!importsOnly || !fs::exists(csvFile) || !fs::exists(jsonFile)) {
   report("exportCSV (whole library, atomic file)", inChild([&] {
            CatalogDB store(dbPath);
            return Exporter::exportCSV(store, catalogsOf(store), csvFile);
@@ -111,7 +150,8 @@ int main(int argc, char** argv) {
            return Exporter::exportJSON(store, catalogsOf(store), jsonFile);
          }),
          jsonFile);
-
+  }
+  if (!importsOnly) {
   std::printf("\nWhere the time goes (no file written):\n");
   report("  rows read and mapped to FileRecord", inChild([&] {
            CatalogDB store(dbPath);
@@ -153,9 +193,31 @@ int main(int argc, char** argv) {
            return n + static_cast<int64_t>(text.empty());
          }),
          {});
+  }
 
-  fs::remove(csvFile);
-  fs::remove(jsonFile);
+  // Imports count records: the rows the new catalogs hold, rebuilt folders included.
+  const fs::path importDB = benchDirectory() / "exchange-import.sqlite";
+  auto importInto = [&](bool json) {
+    return [&, json] {
+      removeDatabase(importDB);
+      CatalogDB store(importDB.string());
+      if (json) {
+        Exporter::importJSON(store, jsonFile);
+      } else {
+        Exporter::importCSV(store, csvFile);
+      }
+      return store.db().scalarInt("SELECT count(*) FROM files");
+    };
+  };
+  std::printf("\nImport of the exports into a new database (median of %d):\n", runs);
+  reportMedian("importJSON (the JSON export)", runs, importInto(true));
+  reportMedian("importCSV (the CSV export)", runs, importInto(false));
+
+  removeDatabase(importDB);
+  if (!importsOnly) {
+    fs::remove(csvFile);
+    fs::remove(jsonFile);
+  }
   return 0;
 }
 

@@ -1,7 +1,9 @@
 // libFuzzer target for the exchange importers: every input is written to a file and imported both as CSV
 // and as JSON into a real catalog database. An import must succeed or fail with ExportError; a failed
 // import must change nothing, and a successful one must leave every record under a folder of its own
-// catalog. Anything else aborts, which libFuzzer reports with the input. Built and run by fuzz/run.sh.
+// catalog. The CSV and UTF-8 readers that take text in pieces must agree with the whole-text ones at a cut
+// chosen by the input. Anything else aborts, which libFuzzer reports with the input. Built and run by
+// fuzz/run.sh.
 #include <sqlite3.h>
 #include <stdlib.h>
 #include <unistd.h>
@@ -11,9 +13,13 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <span>
 #include <string>
+#include <vector>
 
+#include "core/name_mapping.h"
 #include "exchange/exporter.h"
+#include "exchange/import_source.h"
 #include "organize/export_error.h"
 #include "store/catalog_db.h"
 
@@ -80,7 +86,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::ofstream out(file, std::ios::binary | std::ios::trunc);
     out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   }
-  Exporter::parseCSV(std::string_view(reinterpret_cast<const char*>(data), size));
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const auto whole = Exporter::parseCSV(text);
+  const size_t cut = size == 0 ? 0 : data[size - 1] * size / 256;
+  std::vector<std::vector<std::string>> pieces;
+  auto take = [&](std::span<std::string> row) { pieces.emplace_back(row.begin(), row.end()); };
+  Exporter::CSVReader reader;
+  reader.feed(text.substr(0, cut), take);
+  reader.feed(text.substr(cut), take);
+  reader.finish(take);
+  if (pieces != whole) broken("the CSV read in two pieces differs from the whole text's");
+  Exporter::UTF8Check utf8;
+  utf8.feed(text.substr(0, cut));
+  utf8.feed(text.substr(cut));
+  if (utf8.valid() != NameMapping::isValidUTF8(text)) broken("the UTF-8 check in two pieces differs");
   importAs(/*json=*/false, file);
   importAs(/*json=*/true, file);
   return 0;

@@ -104,17 +104,24 @@ inline constexpr std::string_view kNotCSVExport =
     "This CSV file does not have the TVRL Orrelin column layout (Catalog, Path, Name, \u2026).";
 
 // Splits CSV text into rows of fields: comma separated, fields in double quotes may hold commas, quotes
-// (doubled) and line breaks; LF and CRLF both end a row, a bare CR outside quotes is dropped.
+// (doubled) and line breaks; LF and CRLF both end a row, a bare CR outside quotes is dropped. CSVReader
+// (exchange/import_source.h) does the same for text that comes in pieces.
 std::vector<std::vector<std::string>> parseCSV(std::string_view text);
 
 // Reads a JSON catalog export and adds each of its catalogs as a new catalog, in order; returns how many
 // the file holds. Throws ExportError when the file cannot be read, is not JSON, or is not of the export's
-// shape (kNotJSONExport); DBError from the store. Catalogs added before a failure stay.
+// shape (kNotJSONExport); DBError from the store. The file is read twice and never held whole: first it
+// is checked to the end, so that a file that fails changes nothing; then each catalog is inserted as soon
+// as its object ends, so that memory holds one catalog's items at a time. Catalogs added before a failure
+// of the store stay.
 int64_t importJSON(CatalogDB& store, const std::filesystem::path& from);
 
 // Reads a CSV export (its columns found by name) and adds one catalog per distinct "Catalog" value, named
 // "<value> (Imported)", in order of first appearance; returns how many it made. Throws ExportError when
-// the file cannot be read as UTF-8 text or lacks the layout (kNotCSVExport); DBError from the store.
+// the file cannot be read as UTF-8 text or lacks the layout (kNotCSVExport); DBError from the store. Read
+// twice like importJSON: checked and its rows counted first, then each catalog inserted once its last row
+// has been read (and every catalog before it), so that an export whose catalogs follow one another holds
+// one catalog's items at a time.
 int64_t importCSV(CatalogDB& store, const std::filesystem::path& from);
 
 // Adds a catalog with `items` and returns its id. Folders missing above an item are made; when a path

@@ -6,11 +6,13 @@
 #include <deque>
 #include <limits>
 #include <optional>
+#include <span>
 #include <unordered_map>
 
 #include "core/name_mapping.h"
-#include "exchange/exchange_file.h"
 #include "exchange/exporter.h"
+#include "exchange/import_json.h"
+#include "exchange/import_source.h"
 #include "organize/export_error.h"
 #include "scan/scan_statements.h"
 #include "scan/tree_walker.h"
@@ -23,7 +25,6 @@
 namespace orrelin::Exporter {
 
 namespace fs = std::filesystem;
-using json = nlohmann::json;
 
 namespace {
 
@@ -109,106 +110,70 @@ int labelIndex(std::string_view name) {
   return it == names.end() ? 0 : static_cast<int>(it - names.begin());
 }
 
-// ---- Values of JSON keys: a key that is absent or of another type gives nothing ----
-
-const json* member(const json& object, const char* key) {
-  auto it = object.find(key);
-  return it == object.end() ? nullptr : &*it;
-}
-
-std::string textOr(const json& object, const char* key, std::string fallback) {
-  const json* v = member(object, key);
-  return v && v->is_string() ? v->get<std::string>() : fallback;
-}
-
-bool boolOr(const json& object, const char* key, bool fallback) {
-  const json* v = member(object, key);
-  return v && v->is_boolean() ? v->get<bool>() : fallback;
-}
-
-// Any number, truncated to a 64-bit integer; one out of that range counts as absent.
-std::optional<int64_t> anyInteger(const json& object, const char* key) {
-  const json* v = member(object, key);
-  if (!v) return std::nullopt;
-  if (v->is_number_integer() && !v->is_number_unsigned()) return v->get<int64_t>();
-  if (v->is_number_unsigned()) {
-    uint64_t u = v->get<uint64_t>();
-    if (u <= static_cast<uint64_t>(std::numeric_limits<int64_t>::max())) return static_cast<int64_t>(u);
-    return std::nullopt;
+// Removes the catalogs an import made before it found that it cannot go on.
+void removeCatalogs(CatalogDB& store, const std::vector<int64_t>& ids) {
+  for (int64_t id : ids) {
+    try {
+      store.deleteCatalog(id, std::nullopt);
+    } catch (...) {
+      // The failure that stopped the import is the one to report.
+    }
   }
-  if (v->is_number_float()) {
-    constexpr int64_t kOutOfRange = std::numeric_limits<int64_t>::min();
-    int64_t n = SafeInt::from(v->get<double>(), kOutOfRange);
-    return n == kOutOfRange ? std::nullopt : std::optional<int64_t>(n);
+}
+
+// Where the columns that are read stand in a CSV header, each found by its exact name.
+struct CSVColumns {
+  explicit CSVColumns(std::span<const std::string> header) {
+    auto column = [&](std::string_view name) -> std::optional<size_t> {
+      auto it = std::find(header.begin(), header.end(), name);
+      return it == header.end() ? std::nullopt : std::optional<size_t>(it - header.begin());
+    };
+    catalog = column("Catalog"), path = column("Path"), folder = column("Folder"), kind = column("Kind"),
+    size = column("Size"), modified = column("Modified"), created = column("Created"), tags = column("Tags"),
+    hidden = column("Hidden"), uti = column("UTI"), duration = column("Duration"), width = column("Width"),
+    height = column("Height"), sha = column("SHA256"), label = column("Label");
   }
-  return std::nullopt;
+  std::optional<size_t> catalog, path, folder, kind, size, modified, created, tags, hidden, uti, duration,
+      width, height, sha, label;
+};
+
+// The field of `row` in `column`; empty when the header has no such column or the row is shorter.
+std::string_view fieldOf(std::span<const std::string> row, const std::optional<size_t>& column) {
+  return column && *column < row.size() ? std::string_view(row[*column]) : std::string_view();
 }
 
-// An integer, or a number with no fraction; anything else counts as absent.
-std::optional<int64_t> wholeInteger(const json& object, const char* key) {
-  const json* v = member(object, key);
-  if (!v || !v->is_number()) return std::nullopt;
-  if (v->is_number_float() && std::trunc(v->get<double>()) != v->get<double>()) return std::nullopt;
-  return anyInteger(object, key);
+std::string catalogOf(std::span<const std::string> row, const CSVColumns& columns) {
+  std::string_view name = fieldOf(row, columns.catalog);
+  return name.empty() ? std::string(kDefaultCatalogName) : std::string(name);
 }
 
-double numberOr(const json& object, const char* key, double fallback) {
-  const json* v = member(object, key);
-  if (!v || !v->is_number()) return fallback;
-  double d = v->get<double>();
-  return std::isfinite(d) ? d : fallback;
-}
-
-OptionalDate dateOf(const json& object, const char* key) {
-  const json* v = member(object, key);
-  return v && v->is_string() ? Fmt::parseIso(v->get_ref<const std::string&>()) : std::nullopt;
-}
-
-// A list whose elements all have `type`; anything else counts as absent.
-const json* listOf(const json& object, const char* key, json::value_t type) {
-  const json* v = member(object, key);
-  if (!v || !v->is_array()) return nullptr;
-  for (const json& element : *v)
-    if (element.type() != type) return nullptr;
-  return v;
-}
-
-ImportedFile importedFromJSON(const json& d) {
+ImportedFile importedFromCSV(std::span<const std::string> row, const CSVColumns& c) {
   ImportedFile f;
-  f.path = textOr(d, "path", textOr(d, "name", ""));
-  f.isDir = boolOr(d, "isFolder", false);
-  f.size = anyInteger(d, "size").value_or(0);
-  f.kind = textOr(d, "kind", "Other");
-  f.uti = textOr(d, "uti", "");
-  f.modified = dateOf(d, "modified");
-  f.created = dateOf(d, "created");
-  if (const json* tags = listOf(d, "tags", json::value_t::string)) {
-    std::vector<std::string> list;
-    for (const json& tag : *tags) list.push_back(tag.get<std::string>());
-    f.tags = joinTags(list);
-  }
-  int64_t label = wholeInteger(d, "label").value_or(0);
-  f.label = label >= std::numeric_limits<int>::min() && label <= std::numeric_limits<int>::max()
-                ? static_cast<int>(label)
-                : 0;
-  f.hidden = boolOr(d, "hidden", false);
-  f.duration = numberOr(d, "duration", 0);
-  f.width = wholeInteger(d, "width").value_or(0);
-  f.height = wholeInteger(d, "height").value_or(0);
-  f.sha = textOr(d, "sha256", "");
-  if (const json* meta = member(d, "metadata"); meta && meta->is_object()) {
-    bool allText = std::all_of(meta->begin(), meta->end(), [](const json& v) { return v.is_string(); });
-    if (allText)
-      for (const auto& [key, value] : meta->items()) f.meta.emplace(key, value.get<std::string>());
-  }
+  f.path = fieldOf(row, c.path);
+  f.isDir = fieldOf(row, c.folder) == "Yes";
+  f.hidden = fieldOf(row, c.hidden) == "Yes";
+  if (!fieldOf(row, c.kind).empty()) f.kind = fieldOf(row, c.kind);
+  f.size = parseInteger(fieldOf(row, c.size)).value_or(0);
+  f.width = parseInteger(fieldOf(row, c.width)).value_or(0);
+  f.height = parseInteger(fieldOf(row, c.height)).value_or(0);
+  f.duration = parseNumber(fieldOf(row, c.duration)).value_or(0);
+  f.modified = Fmt::parseIso(fieldOf(row, c.modified));
+  f.created = Fmt::parseIso(fieldOf(row, c.created));
+  f.tags = replaceAll(std::string(fieldOf(row, c.tags)), "; ", ", ");
+  f.label = labelIndex(fieldOf(row, c.label));
+  f.uti = fieldOf(row, c.uti);
+  f.sha = fieldOf(row, c.sha);
   return f;
 }
 
-// nlohmann's messages start with "[json.exception.parse_error.101] ", which says nothing to a user.
-std::string withoutExceptionTag(const std::string& what) {
-  size_t end = what.rfind("] ", 40);
-  return what.rfind("[json.exception.", 0) == 0 && end != std::string::npos ? what.substr(end + 2) : what;
-}
+// One catalog of a CSV: its rows, counted in the first reading and made into items in the second.
+struct CSVGroup {
+  std::string name;
+  size_t rows = 0;
+  std::vector<ImportedFile> items;
+};
+
+constexpr const char* kChangedText = "The file changed while it was being imported.";
 
 }  // namespace
 
@@ -219,58 +184,71 @@ int64_t insertImported(CatalogDB& store, const std::string& name, const std::str
   try {
     store.setNotes(id, notes);
 
-    // By cleaned path; a later item replaces an earlier one of the same path.
-    std::unordered_map<std::string, const ImportedFile*> byPath;
-    byPath.reserve(items.size());
+    // Each item's path as stored: most are already clean and are used where they stand.
+    std::deque<std::string> cleaned;  // The paths that were not.
+    std::vector<std::string_view> paths;
+    paths.reserve(items.size());
     for (const ImportedFile& item : items) {
-      std::string path = cleanPath(item.path);
-      if (!path.empty()) byPath.insert_or_assign(std::move(path), &item);
+      const std::string& path = item.path;
+      bool clean = path.empty() || (path.front() != '/' && path.back() != '/' &&
+                                    path.find("//") == std::string::npos && path.find('\0') == std::string::npos);
+      paths.push_back(clean ? std::string_view(path) : std::string_view(cleaned.emplace_back(cleanPath(path))));
     }
+
+    // By path, the item to insert and then its new row id; a later item replaces an earlier one of the
+    // same path. Keys point into `items`, `cleaned` and `synthetic`, which outlive the map.
+    struct Entry {
+      const ImportedFile* item;
+      int64_t rowID = 0;
+    };
+    std::unordered_map<std::string_view, Entry> byPath;
+    byPath.reserve(items.size());
+    for (size_t i = 0; i < items.size(); ++i)
+      if (!paths[i].empty()) byPath.insert_or_assign(paths[i], Entry{&items[i]});
     // Folders that the file does not list, so that every item has its parents. A listed file with items
     // below it (only a damaged file has one) becomes a folder, or its items could never be browsed to.
     std::deque<ImportedFile> synthetic;
-    for (const ImportedFile& item : items) {
-      std::string path = cleanPath(item.path);
+    for (std::string_view path : paths) {
       for (std::string_view parent = parentPath(path); !parent.empty(); parent = parentPath(parent)) {
-        auto listed = byPath.find(std::string(parent));
+        auto listed = byPath.find(parent);
         if (listed != byPath.end()) {
-          if (!listed->second->isDir) {
-            ImportedFile folder = *listed->second;
+          if (!listed->second.item->isDir) {
+            ImportedFile folder = *listed->second.item;
             folder.isDir = true;
             folder.kind = rawValue(FileKind::folder);
             synthetic.push_back(std::move(folder));
-            listed->second = &synthetic.back();
+            listed->second.item = &synthetic.back();
           }
           break;
         }
         synthetic.push_back(syntheticFolder(std::string(parent)));
-        byPath.emplace(synthetic.back().path, &synthetic.back());
+        byPath.emplace(synthetic.back().path, Entry{&synthetic.back()});
       }
     }
+    paths = {};
 
     // Parents before children: by depth, then by path.
-    std::vector<std::pair<size_t, const std::string*>> order;
+    using Slot = std::unordered_map<std::string_view, Entry>::value_type;
+    std::vector<std::pair<size_t, Slot*>> order;
     order.reserve(byPath.size());
-    for (const auto& [path, item] : byPath) order.emplace_back(componentCount(path), &path);
+    for (Slot& slot : byPath) order.emplace_back(componentCount(slot.first), &slot);
     std::sort(order.begin(), order.end(), [](const auto& a, const auto& b) {
-      return a.first != b.first ? a.first < b.first : *a.second < *b.second;
+      return a.first != b.first ? a.first < b.first : a.second->first < b.second->first;
     });
 
     SQLiteDB& db = store.db();
     db.transaction([&] {
       Statement insert = db.prepare(scan_sql::kInsertFile);
-      std::unordered_map<std::string_view, int64_t> ids;  // Keys point into byPath, which outlives this.
-      ids.reserve(order.size());
-      for (const auto& [depth, pathPointer] : order) {
-        const std::string& path = *pathPointer;
-        const ImportedFile& item = *byPath.at(path);
-        auto parent = ids.find(parentPath(path));
+      for (const auto& [depth, slot] : order) {
+        const std::string_view path = slot->first;
+        const ImportedFile& item = *slot->second.item;
+        auto parent = byPath.find(parentPath(path));
         const std::string_view leaf = lastComponent(path);
         const std::string_view kind = fileKindFromRaw(item.kind) ? std::string_view(item.kind)
                                       : item.isDir               ? rawValue(FileKind::folder)
                                                                  : rawValue(FileKind::other);
         db.step(insert, {id,
-                         parent == ids.end() ? 0 : parent->second,
+                         parent == byPath.end() ? 0 : parent->second.rowID,
                          path,
                          leaf,
                          item.isDir,
@@ -289,7 +267,7 @@ int64_t insertImported(CatalogDB& store, const std::string& name, const std::str
                          item.width,
                          item.height,
                          metaJSON(item.meta)});
-        ids.emplace(path, db.lastInsertID());
+        slot->second.rowID = db.lastInsertID();
       }
     });
     store.recomputeTotals(id);
@@ -307,142 +285,110 @@ int64_t insertImported(CatalogDB& store, const std::string& name, const std::str
 
 std::vector<std::vector<std::string>> parseCSV(std::string_view text) {
   std::vector<std::vector<std::string>> rows;
-  std::vector<std::string> row;
-  std::string field;
-  bool inQuotes = false;
-  // Byte by byte: the text is UTF-8, in which the bytes of '"', ',', LF and CR never occur inside another
-  // character, so this sees the same scalars a decoder would.
-  for (size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (inQuotes) {
-      if (c != '"') {
-        field += c;
-      } else if (i + 1 < text.size() && text[i + 1] == '"') {
-        field += '"';
-        ++i;
-      } else {
-        inQuotes = false;  // What follows is read as outside quotes again.
-      }
-      continue;
-    }
-    switch (c) {
-      case '"':
-        inQuotes = true;
-        break;
-      case ',':
-        row.push_back(std::move(field));
-        field.clear();
-        break;
-      case '\n':
-        row.push_back(std::move(field));
-        field.clear();
-        rows.push_back(std::move(row));
-        row.clear();
-        break;
-      case '\r':
-        break;
-      default:
-        field += c;
-    }
-  }
-  if (!field.empty() || !row.empty()) {
-    row.push_back(std::move(field));
-    rows.push_back(std::move(row));
-  }
+  auto take = [&](std::span<std::string> fields) {
+    rows.emplace_back(std::make_move_iterator(fields.begin()), std::make_move_iterator(fields.end()));
+  };
+  CSVReader reader;
+  reader.feed(text, take);
+  reader.finish(take);
   return rows;
 }
 
 int64_t importCSV(CatalogDB& store, const fs::path& from) {
-  const std::string text = readExchangeFile(from);
-  if (!NameMapping::isValidUTF8(text))
-    throw ExportError("Could not read \u201C" + from.string() + "\u201D: it is not UTF-8 text.");
-  const std::vector<std::vector<std::string>> rows = parseCSV(text);
-  if (rows.empty() || rows.front().size() < 6) throw ExportError(std::string(kNotCSVExport));
-  const std::vector<std::string>& header = rows.front();
-  auto column = [&](std::string_view name) -> std::optional<size_t> {
-    auto it = std::find(header.begin(), header.end(), name);
-    return it == header.end() ? std::nullopt : std::optional<size_t>(it - header.begin());
-  };
-  const std::optional<size_t> catalogCol = column("Catalog"), pathCol = column("Path"),
-                              folderCol = column("Folder"), kindCol = column("Kind"),
-                              sizeCol = column("Size"), modifiedCol = column("Modified"),
-                              createdCol = column("Created"), tagsCol = column("Tags"),
-                              hiddenCol = column("Hidden"), utiCol = column("UTI"),
-                              durationCol = column("Duration"), widthCol = column("Width"),
-                              heightCol = column("Height"), shaCol = column("SHA256"),
-                              labelCol = column("Label");
-  if (!pathCol) throw ExportError(std::string(kNotCSVExport));
+  ImportSource source(from);
 
-  // Catalogs in order of first appearance.
-  std::vector<std::pair<std::string, std::vector<ImportedFile>>> groups;
+  // First reading: the whole text must be UTF-8 and have the layout; each catalog's rows are counted, so
+  // that the second reading can insert a catalog as soon as its last row has been read.
+  std::vector<std::string> header;
+  bool headerRead = false;
+  std::optional<CSVColumns> columns;
+  std::vector<CSVGroup> groups;  // In order of first appearance.
   std::unordered_map<std::string, size_t> groupOf;
-  for (size_t r = 1; r < rows.size(); ++r) {
-    const std::vector<std::string>& row = rows[r];
-    if (row.size() + 1 < header.size()) continue;  // Cut short; one trailing empty field may be missing.
-    auto field = [&](const std::optional<size_t>& col) -> std::string_view {
-      return col && *col < row.size() ? std::string_view(row[*col]) : std::string_view();
+  {
+    UTF8Check utf8;
+    CSVReader reader;
+    auto count = [&](std::span<std::string> row) {
+      if (!headerRead) {
+        header.assign(row.begin(), row.end());
+        headerRead = true;
+        columns.emplace(header);
+        return;
+      }
+      if (row.size() + 1 < header.size()) return;  // Cut short; one trailing empty field may be missing.
+      auto [it, isNew] = groupOf.emplace(catalogOf(row, *columns), groups.size());
+      if (isNew) groups.push_back({it->first, 0, {}});
+      ++groups[it->second].rows;
     };
-    ImportedFile f;
-    f.path = field(pathCol);
-    f.isDir = field(folderCol) == "Yes";
-    f.hidden = field(hiddenCol) == "Yes";
-    if (!field(kindCol).empty()) f.kind = field(kindCol);
-    f.size = parseInteger(field(sizeCol)).value_or(0);
-    f.width = parseInteger(field(widthCol)).value_or(0);
-    f.height = parseInteger(field(heightCol)).value_or(0);
-    f.duration = parseNumber(field(durationCol)).value_or(0);
-    f.modified = Fmt::parseIso(field(modifiedCol));
-    f.created = Fmt::parseIso(field(createdCol));
-    f.tags = replaceAll(std::string(field(tagsCol)), "; ", ", ");
-    f.label = labelIndex(field(labelCol));
-    f.uti = field(utiCol);
-    f.sha = field(shaCol);
-
-    std::string catalog(field(catalogCol));
-    if (catalog.empty()) catalog = kDefaultCatalogName;
-    auto [it, isNew] = groupOf.emplace(catalog, groups.size());
-    if (isNew) groups.emplace_back(catalog, std::vector<ImportedFile>());
-    groups[it->second].second.push_back(std::move(f));
+    for (std::string_view piece = source.read(); !piece.empty(); piece = source.read()) {
+      utf8.feed(piece);
+      if (!utf8.failed()) reader.feed(piece, count);
+    }
+    reader.finish(count);
+    if (!utf8.valid())
+      throw ExportError("Could not read \u201C" + NameMapping::storedPath(from) + "\u201D: it is not UTF-8 text.");
   }
+  if (!headerRead || header.size() < 6 || !columns->path) throw ExportError(std::string(kNotCSVExport));
 
-  const std::string notes = "Imported from " + from.filename().string();
-  for (const auto& [name, items] : groups) {
-    VolumeInfo volume;
-    volume.name = name;
-    insertImported(store, name + " (Imported)", "", volume, false, items, notes);
+  // Second reading: rows become items of their catalog; a catalog is inserted once all its rows are in
+  // and every catalog before it is, so that the catalogs keep their order.
+  // The name as the catalogs store names: one that is not UTF-8 keeps its stray bytes reversibly.
+  const std::string notes = "Imported from " + NameMapping::storedPath(from.filename());
+  std::vector<int64_t> made;
+  size_t next = 0;  // The first catalog not inserted yet.
+  bool changed = false;
+  bool headerSkipped = false;
+  auto take = [&](std::span<std::string> row) {
+    if (changed) return;
+    if (!headerSkipped) {
+      headerSkipped = true;
+      changed = !std::equal(row.begin(), row.end(), header.begin(), header.end());
+      return;
+    }
+    if (row.size() + 1 < header.size()) return;
+    auto found = groupOf.find(catalogOf(row, *columns));
+    if (found == groupOf.end() || groups[found->second].items.size() == groups[found->second].rows) {
+      changed = true;
+      return;
+    }
+    CSVGroup& group = groups[found->second];
+    if (group.items.empty()) group.items.reserve(group.rows);
+    group.items.push_back(importedFromCSV(row, *columns));
+    for (; next < groups.size() && groups[next].items.size() == groups[next].rows; ++next) {
+      VolumeInfo volume;
+      volume.name = groups[next].name;
+      made.push_back(
+          insertImported(store, groups[next].name + " (Imported)", "", volume, false, groups[next].items, notes));
+      groups[next].items = {};
+    }
+  };
+  try {
+    source.rewind();
+    CSVReader reader;
+    for (std::string_view piece = source.read(); !piece.empty() && !changed; piece = source.read())
+      reader.feed(piece, take);
+    reader.finish(take);
+    if (changed || next != groups.size()) throw ExportError(kChangedText);
+  } catch (const ExportError&) {
+    removeCatalogs(store, made);  // What came of a file that changed meanwhile is not what it holds.
+    throw;
   }
   return static_cast<int64_t>(groups.size());
 }
 
 int64_t importJSON(CatalogDB& store, const fs::path& from) {
-  const std::string text = readExchangeFile(from);
-  json root;
+  ImportSource source(from);
+  const JSONOutline outline = outlineJSONExport(source);
+  if (!outline.isExport) throw ExportError(std::string(kNotJSONExport));
+  std::vector<int64_t> made;
   try {
-    root = json::parse(text);
-  } catch (const json::exception& e) {
-    throw ExportError("The file is not valid JSON: " + withoutExceptionTag(e.what()));
+    readJSONExport(source, outline, [&](JSONCatalog& c) {
+      made.push_back(insertImported(store, c.name, c.rootPath, c.volume, c.isFolder, c.items, c.notes));
+    });
+  } catch (const ExportError&) {
+    removeCatalogs(store, made);  // What came of a file that changed meanwhile is not what it holds.
+    throw;
   }
-  const json* catalogs = root.is_object() ? listOf(root, "catalogs", json::value_t::object) : nullptr;
-  if (!catalogs) throw ExportError(std::string(kNotJSONExport));
-
-  for (const json& c : *catalogs) {
-    VolumeInfo volume;
-    volume.name = textOr(c, "volumeName", volume.name);
-    volume.uuid = textOr(c, "volumeUUID", volume.uuid);
-    volume.format = textOr(c, "format", volume.format);
-    volume.capacity = anyInteger(c, "capacity").value_or(volume.capacity);
-    volume.free = anyInteger(c, "free").value_or(volume.free);
-    volume.isNetwork = boolOr(c, "network", volume.isNetwork);
-    volume.isRemovable = boolOr(c, "removable", volume.isRemovable);
-    std::vector<ImportedFile> items;
-    if (const json* list = listOf(c, "items", json::value_t::object)) {
-      items.reserve(list->size());
-      for (const json& d : *list) items.push_back(importedFromJSON(d));
-    }
-    insertImported(store, textOr(c, "name", kDefaultCatalogName), textOr(c, "rootPath", ""), volume,
-                   boolOr(c, "folderCatalog", false), items, textOr(c, "notes", ""));
-  }
-  return static_cast<int64_t>(catalogs->size());
+  return static_cast<int64_t>(outline.itemCounts.size());
 }
 
 }  // namespace orrelin::Exporter
