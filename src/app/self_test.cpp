@@ -277,7 +277,10 @@ int runSelfTest(std::ostream& out, const fs::path& tempBase) {
         {"schema", checkSchema},           {"scan", checkScan},     {"search", checkSearch},
         {"plan dry run", checkPlanDryRun}, {"backup", checkBackup}, {"export and import", checkExportImport},
     };
-    for (const auto& [name, check] : checks) report(name, [&] { check(run); });
+    for (const auto& entry : checks) {
+      void (*check)(Run&) = entry.second;
+      report(entry.first, [&] { check(run); });
+    }
   }
   if (made) {
     std::error_code ignored;
