@@ -108,18 +108,26 @@ test("typing fast runs one filter, after the pause", async () => {
     const out = document.querySelector(".results"), q = document.querySelector(".filters .q");
     let renders = 0, at = 0;
     new MutationObserver(() => { renders++; at = performance.now(); }).observe(out, { childList: true });
-    let typed = "", last = 0;
+    let typed = "", last = 0, longestGap = 0;
     for (const ch of "sunset") {
       if (typed) await new Promise((r) => setTimeout(r, 15));
+      const now = performance.now();
+      if (typed) longestGap = Math.max(longestGap, now - last);
       typed += ch;
       q.value = typed;
       q.dispatchEvent(new Event("input", { bubbles: true }));
       last = performance.now();
     }
-    await new Promise((r) => setTimeout(r, 450));
-    return { renders, wait: at - last };
+    // The filter runs once the pause is over; then a little longer for any run that should not come.
+    const start = performance.now();
+    while (renders === 0 && performance.now() - start < 5000) await new Promise((r) => setTimeout(r, 20));
+    await new Promise((r) => setTimeout(r, 300));
+    return { renders, wait: at - last, longestGap };
   });
-  assert.equal(run.renders, 1);
+  // Keys 15 ms apart give one filter run. A machine so loaded that a 15 ms wait took longer than the
+  // pause has really paused between keys, and then only the count of runs cannot be told in advance.
+  if (run.longestGap < 100) assert.equal(run.renders, 1);
+  else assert.ok(run.renders >= 1, `longest gap between keys ${run.longestGap} ms`);
   assert.ok(run.wait >= 130, `filtered ${run.wait} ms after the last key`);
   assert.equal(await page.textContent(".results .count"), "1 match");
   assert.deepEqual(await tableNames(), ["sunset.jpg"]);

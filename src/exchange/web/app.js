@@ -236,15 +236,20 @@
     };
   }
 
+  // A record's cached thumbnail, loaded only when it comes near the screen.
+  function thumbImage(r) {
+    var img = el("img");
+    img.loading = "lazy";
+    img.decoding = "async";
+    img.alt = "";
+    img.src = thumbSrc(r);
+    return img;
+  }
+
   function iconCell(r) {
     var ic = el("span", "ic");
     if (r[7]) {
-      var img = el("img");
-      img.loading = "lazy";
-      img.decoding = "async";
-      img.alt = "";
-      img.src = thumbSrc(r);
-      ic.appendChild(img);
+      ic.appendChild(thumbImage(r));
     } else {
       ic.textContent = icon(r[5]);
       ic.className = "ic glyph";
@@ -471,12 +476,7 @@
     t.title = r[2];
     var pic = el("div", "tp");
     if (r[7]) {
-      var img = el("img");
-      img.loading = "lazy";
-      img.decoding = "async";
-      img.alt = "";
-      img.src = thumbSrc(r);
-      pic.appendChild(img);
+      pic.appendChild(thumbImage(r));
     } else {
       pic.appendChild(el("span", "glyph", icon(r[5])));
     }
