@@ -1,10 +1,14 @@
 // orrelin: the desktop program. "--selftest" runs the built-in checks without any window; otherwise the
-// Qt application starts, always dark.
+// main window opens, always dark.
 #include <QApplication>
 #include <QColor>
+#include <QIcon>
 #include <QPalette>
+#include <QQmlApplicationEngine>
+#include <QQuickStyle>
 #include <QString>
 #include <QStyleFactory>
+#include <QtQml/qqmlextensionplugin.h>
 #include <clocale>
 #include <cstdio>
 #include <cstring>
@@ -13,6 +17,10 @@
 
 #include "app/self_test.h"
 #include "core/app_info.h"
+#include "ui/qml_setup.h"
+
+// The screens are compiled into the program as the static QML module "Orrelin".
+Q_IMPORT_QML_PLUGIN(OrrelinPlugin)
 
 namespace {
 
@@ -51,11 +59,24 @@ void makeDark(QApplication& app) {
 }
 
 const char* const kUsage =
-    "usage: orrelin [--selftest | --version | --help]\n"
+    "usage: orrelin [--selftest | --version | --help] [OPTION...]\n"
     "\n"
-    "  --selftest  run the built-in checks in a temporary folder, without a window; exit status 0 when\n"
-    "              all passed, 1 otherwise. The user's catalogs and settings are not touched.\n"
-    "  --version   the program's version and build\n"
+    "  --selftest         run the built-in checks in a temporary folder, without a window; exit status\n"
+    "                     0 when all passed, 1 otherwise. The user's catalogs and settings are not touched.\n"
+    "  --version          the program's version and build\n"
+    "\n"
+    "Options applied when the main window first shows:\n"
+    "  --sample           load the sample cartridges, unless they are loaded already\n"
+    "  --theme=NAME       the colour theme whose name begins with NAME (obsidian, aurora, solar, ocean,\n"
+    "                     steel, synth)\n"
+    "  --section=NAME     open a screen: browse, search, duplicates, statistics, web, tools\n"
+    "  --tool=NAME        open a pane of the Tools screen (export, organization, rename, empty, large,\n"
+    "                     missing, compare)\n"
+    "  --select=TEXT      select the first catalog whose name contains TEXT\n"
+    "  --scan=PATH        catalog PATH with the default options\n"
+    "  --qa-new-catalog   open the New Catalog sheet\n"
+    "  --qa-about         open the About window\n"
+    "  --qa-alert         show a sample alert\n"
     "\n"
     "For terminals and scripts there is orrelin-cli.\n";
 
@@ -86,9 +107,18 @@ int main(int argc, char** argv) {
   QApplication::setOrganizationName(qstring(orrelin::AppInfo::company));
   QApplication::setApplicationVersion(QString::fromStdString(orrelin::AppInfo::version()));
   QApplication::setQuitOnLastWindowClosed(true);
+  QApplication::setDesktopFileName(QStringLiteral("tvrl-orrelin"));
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/Orrelin/icons/app.orrelin.svg")));
   makeDark(app);
+  // Basic draws every control from the program's own look, with nothing of the desktop's style.
+  QQuickStyle::setStyle(QStringLiteral("Basic"));
 
-  std::printf("%s: the main window arrives in a later version. Until then, use orrelin-cli.\n",
-              versionText().c_str());
-  return 0;
+  QQmlApplicationEngine engine;
+  orrelin::setUpQmlEngine(engine);
+  QObject::connect(
+      &engine, &QQmlApplicationEngine::objectCreationFailed, &app, [] { QCoreApplication::exit(1); },
+      Qt::QueuedConnection);
+  engine.load(orrelin::mainWindowUrl());
+  if (engine.rootObjects().isEmpty()) return 1;
+  return QApplication::exec();
 }

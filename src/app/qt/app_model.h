@@ -42,6 +42,7 @@ class RenamePaneState;
 // One alert waiting for the user: a title and a message. A new one replaces the old.
 struct AppAlert {
   Q_GADGET
+  QML_ANONYMOUS
   Q_PROPERTY(QString id MEMBER id)
   Q_PROPERTY(QString title MEMBER title)
   Q_PROPERTY(QString message MEMBER message)
@@ -245,6 +246,10 @@ class AppModel : public QObject {
   void backupNow(const QString& reason, bool silent, const std::filesystem::path& spare);
   // Asks, makes a safety backup, checks the file and swaps it in for the current database.
   void restore(const std::filesystem::path& backup);
+  Q_INVOKABLE void restore(const QString& backupPath);
+  // "Restore from Backup…": a file panel in the backups folder for a ".sqlite" file, whose choice goes to
+  // restore().
+  Q_INVOKABLE void chooseBackup();
 
   // --- Auto-update ---
   void toggleWatch(const Catalog& catalog);

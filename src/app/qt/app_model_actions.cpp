@@ -9,6 +9,7 @@
 #include "app/qt/app_model.h"
 #include "app/qt/desktop_services.h"
 #include "app/qt/dialogs.h"
+#include "core/app_paths.h"
 #include "core/name_mapping.h"
 #include "store/catalog_db.h"
 #include "store/fmt.h"
@@ -358,6 +359,14 @@ void AppModel::backupNow(const QString& reason, bool silent, const fs::path& spa
     // A silent backup guards another operation, which goes on whether or not its safety copy worked.
     if (!silent) show(QStringLiteral("Backup Failed"), errorText(error));
   }
+}
+
+void AppModel::restore(const QString& backupPath) { restore(fs::path(backupPath.toStdString())); }
+
+void AppModel::chooseBackup() {
+  const auto chosen = Dialogs::chooseOpen(QStringLiteral("Choose a catalog backup to restore."),
+                                          QStringLiteral("Restore"), AppPaths::backups(), {QStringLiteral("sqlite")});
+  if (chosen) restore(*chosen);
 }
 
 void AppModel::restore(const fs::path& backup) {

@@ -1,0 +1,130 @@
+// The main window: the backdrop, the sidebar, the header, the section's screen and the status bar, with
+// the scan panel, the toast and the sheets and alerts above them.
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Window
+import Orrelin
+
+ApplicationWindow {
+    id: window
+    objectName: "mainWindow"
+    width: 1500
+    height: 1120
+    minimumWidth: 900
+    minimumHeight: 600
+    visible: true
+    title: "Orrelin · TVRL"
+    color: Theme.p.bgBottom
+
+    menuBar: AppMenuBar {
+        id: menus
+        onAboutRequested: aboutWindow.open()
+        onSettingsRequested: settingsWindow.open()
+    }
+
+    BackdropView {
+        anchors.fill: parent
+    }
+
+    SidebarView {
+        id: sidebar
+        objectName: "sidebar"
+        anchors.left: parent.left
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        width: Theme.s(272)
+    }
+
+    Item {
+        id: column
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+
+        HeaderBar {
+            id: header
+            objectName: "headerBar"
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.top: parent.top
+        }
+
+        SectionScreen {
+            id: screen
+            objectName: "sectionScreen"
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.top: header.bottom
+            anchors.bottom: statusBar.top
+        }
+
+        StatusBar {
+            id: statusBar
+            objectName: "statusBar"
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+        }
+    }
+
+    ScanHUD {
+        id: scanHUD
+        objectName: "scanHUD"
+        visible: AppModel.scanner.isRunning
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.rightMargin: Theme.s(20)
+        anchors.bottomMargin: Theme.s(44)
+    }
+
+    Toast {
+        id: toast
+        objectName: "toast"
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.top: parent.top
+        anchors.topMargin: Theme.s(14)
+    }
+
+    ModalLayer {
+        objectName: "newCatalogLayer"
+        anchors.fill: parent
+        active: AppModel.newCatalogSheet
+        sheet: Component { NewCatalogSheet {} }
+    }
+
+    ModalLayer {
+        objectName: "scanResultLayer"
+        anchors.fill: parent
+        active: AppModel.scanResult.id !== undefined
+        sheet: Component { ScanResultSheet {} }
+    }
+
+    ModalLayer {
+        objectName: "alertLayer"
+        anchors.fill: parent
+        active: AppModel.hasAlert
+        sheet: Component { AlertPanel {} }
+    }
+
+    // ⌘= as well as ⌘+ zooms in, as keyboards differ in where "+" lies.
+    Shortcut {
+        sequence: "Ctrl+="
+        onActivated: UIState.zoomIn()
+    }
+
+    SettingsWindow {
+        id: settingsWindow
+        objectName: "settingsWindow"
+    }
+
+    AboutWindow {
+        id: aboutWindow
+        objectName: "aboutWindow"
+    }
+
+    Component.onCompleted: {
+        if (UIState.applyLaunchArguments(Qt.application.arguments))
+            aboutWindow.open()
+    }
+}
