@@ -103,7 +103,7 @@ int main(int argc, char** argv) {
   // as their decimal sign, whatever the user's language.
   std::setlocale(LC_NUMERIC, "C");
   QApplication::setApplicationName(qstring(orrelin::AppInfo::name));
-  QApplication::setApplicationDisplayName(qstring(orrelin::AppInfo::name));
+  // No display name: the window manager would append it to every window title ("Orrelin · TVRL — …").
   QApplication::setOrganizationName(qstring(orrelin::AppInfo::company));
   QApplication::setApplicationVersion(QString::fromStdString(orrelin::AppInfo::version()));
   QApplication::setQuitOnLastWindowClosed(true);

@@ -21,6 +21,7 @@
 #include "core/uuid_string.h"
 #include "scan/volume_info.h"
 #include "store/catalog_db.h"
+#include "store/sqlite_db.h"
 
 namespace orrelin {
 
@@ -60,12 +61,44 @@ AppModel::AppModel(std::optional<fs::path> database, QObject* parent)
   m_mountMonitor = new MountMonitor(this);
   connect(m_mountMonitor, &MountMonitor::mountsChanged, this, &AppModel::refreshOnline, Qt::QueuedConnection);
 
-  if (m_store && BackupManager::isAutoBackupDue(m_store.get(), Date::now()))
-    backupNow(QStringLiteral("auto"), /*silent=*/true);
+  if (m_store && BackupManager::isAutoBackupDue(m_store.get(), Date::now())) startAutoBackup();
 }
 
-// Watchers and the monitor go before the rest, so no callback of theirs finds a half-destroyed model.
-AppModel::~AppModel() { m_watchers.clear(); }
+// Watchers and the monitor go before the rest, so no callback of theirs finds a half-destroyed model. A
+// daily backup still copying is waited for: its file would otherwise be left half written.
+AppModel::~AppModel() {
+  m_watchers.clear();
+  if (m_autoBackup.joinable()) m_autoBackup.join();
+}
+
+void AppModel::startAutoBackup() {
+  m_autoBackupRunning = true;
+  const fs::path database = m_databasePath;
+  m_autoBackup = std::thread([this, database] {
+    // The copy reads through its own connection: WAL lets the interface and scans go on meanwhile, and
+    // a restore that swaps the file leaves this reader on the old one. Only the file is made here; the
+    // settings and the prune are the main thread's, which also writes them.
+    const Date now = Date::now();
+    bool copied = false;
+    try {
+      SQLiteDB source(database.string());
+      source.backup((AppPaths::backups() / BackupManager::fileName(now, "auto")).string());
+      copied = true;
+    } catch (const std::exception&) {
+      // Silent, as the daily backup always was: the next start tries again.
+    }
+    QMetaObject::invokeMethod(
+        this,
+        [this, now, copied] {
+          if (m_autoBackup.joinable()) m_autoBackup.join();
+          m_autoBackupRunning = false;
+          if (!copied) return;
+          BackupManager::setLastBackup(now);
+          BackupManager::prune();
+        },
+        Qt::QueuedConnection);
+  });
+}
 
 AppModel& AppModel::shared() {
   static AppModel* instance = new AppModel();  // Lives until the process ends, like the program's state.

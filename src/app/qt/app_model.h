@@ -19,6 +19,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <thread>
 #include <vector>
 
 #include "app/qt/navigation.h"
@@ -242,6 +243,8 @@ class AppModel : public QObject {
   // --- Backups ---
   // Copies the database into the backups folder; a toast or an alert unless `silent`.
   Q_INVOKABLE void backupNow(const QString& reason = QStringLiteral("manual"), bool silent = false);
+  // Whether the daily backup made at start is still copying.
+  bool autoBackupRunning() const { return m_autoBackupRunning; }
   // The same, sparing `spare` (the file chosen for a restore) from the prune and from being overwritten.
   void backupNow(const QString& reason, bool silent, const std::filesystem::path& spare);
   // Asks, makes a safety backup, checks the file and swaps it in for the current database.
@@ -369,6 +372,10 @@ class AppModel : public QObject {
   // Stores the watched set, announces it and brings the watchers into line.
   void setWatchedIDs(std::set<int64_t> ids, bool persist);
   void scheduleAutoUpdate(int64_t id);
+  // Copies the database in the background for the daily backup, then records it and prunes on the main
+  // thread. A library of a million records is a copy of several seconds, which must not hold back the
+  // first window.
+  void startAutoBackup();
   // Starts a scan whose end comes back to this model.
   void startScan(const std::filesystem::path& root, std::optional<int64_t> catalogID, const QString& name,
                  std::optional<int64_t> groupID, const ScanOptions& options, bool quiet);
@@ -412,6 +419,8 @@ class AppModel : public QObject {
   bool m_autoStopped = false;              // stopAutoUpdates() was called.
   MountMonitor* m_mountMonitor = nullptr;  // Child of this object.
   std::filesystem::path m_exchangeFolder;  // The folder the last exchange panel chose; not kept across runs.
+  bool m_autoBackupRunning = false;
+  std::thread m_autoBackup;  // The daily backup made at start, on a connection of its own; joined on exit.
 };
 
 }  // namespace orrelin

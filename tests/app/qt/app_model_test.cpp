@@ -2,6 +2,7 @@
 // does to the selection, the toast clock, a database that cannot be opened, and the launch arguments.
 #include "app/qt/app_model.h"
 
+#include "app/backup_manager.h"
 #include "app/qt/launch_arguments.h"
 #include "app/watched_catalogs.h"
 #include "app_fixture.h"
@@ -224,3 +225,36 @@ TEST_F(AppModelTest, LaunchScanCatalogsTheFolderUnderItsLastComponent) {
 
 }  // namespace
 }  // namespace orrelin
+
+namespace orrelin::testing {
+namespace {
+
+TEST_F(AppModelTest, TheDailyBackupAtStartCopiesInTheBackgroundThenRecordsItself) {
+  makeModel();
+  insert("Studio", "/nonexistent/studio");
+  ASSERT_FALSE(BackupManager::lastBackup().has_value());
+
+  // A model that opens a library with a catalog and no backup yet makes the day's backup, without
+  // holding up its construction; it is recorded once the copy is done.
+  makeModel();
+  EXPECT_TRUE(waitUntil([&] { return !model->autoBackupRunning(); }));
+  const auto backups = BackupManager::list();
+  ASSERT_EQ(backups.size(), 1u);
+  EXPECT_NE(backups.front().filename().string().find("_auto.sqlite"), std::string::npos);
+  EXPECT_NO_THROW(BackupManager::checkBackupFile(backups.front()));
+  EXPECT_TRUE(BackupManager::lastBackup().has_value());
+
+  // The next start on the same day makes none; a model destroyed mid-copy waits for its file.
+  makeModel();
+  EXPECT_FALSE(model->autoBackupRunning());
+  fs::remove(backups.front());
+  UserDefaults::remove("lastBackup");
+  makeModel();
+  model.reset();
+  const auto after = BackupManager::list();
+  ASSERT_EQ(after.size(), 1u);
+  EXPECT_NO_THROW(BackupManager::checkBackupFile(after.front()));
+}
+
+}  // namespace
+}  // namespace orrelin::testing
