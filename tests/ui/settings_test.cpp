@@ -225,7 +225,7 @@ TEST_F(SettingsTest, AboutShowsTheProgramAndFitsItsContentAtEveryZoom) {
             "Version " + AppInfo::version() + " (build " + AppInfo::build() + ")");
   EXPECT_EQ(text("aboutTagline"), "Catalog every drive. Find anything \u2014 even when it\u2019s unplugged.");
   EXPECT_EQ(text("websiteLink"), "Tavrel Works");
-  EXPECT_TRUE(item("aboutRadar")->property("active").toBool());
+  EXPECT_TRUE(waitUntil([&] { return item("aboutRadar")->property("active").toBool(); }, 3000));
 
   QQuickItem* content = item("aboutContent");
   const int width = about->width();

@@ -14,7 +14,21 @@ Window {
     readonly property int fitWidth: Math.ceil(content.implicitWidth + 2 * margin)
     readonly property int fitHeight: Math.ceil(content.implicitHeight + 2 * margin)
 
-    function open() { show(); raise(); requestActivate() }
+    // Shown once the event loop runs again: asked for while the main window is still being set up, the
+    // window would otherwise be hidden again as its own set-up completes, or end up beneath the main one.
+    function open() { Qt.callLater(reveal) }
+    property bool placed: false
+    function reveal() {
+        if (!placed) {
+            // Centred on the screen the first time; where the user moves it afterwards, it stays.
+            x = Screen.virtualX + (Screen.width - width) / 2
+            y = Screen.virtualY + (Screen.height - height) / 3
+            placed = true
+        }
+        show()
+        raise()
+        requestActivate()
+    }
 
     // Exactly the content's size, which the user cannot change. The bounds are loosened before each new
     // size, as a window keeps its size within the bounds it has at that moment.

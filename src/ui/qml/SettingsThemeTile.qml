@@ -100,13 +100,24 @@ GlassPanel {
                 color: Theme.p.accent
             }
         }
-        Text {
+        // Two lines whatever the blurb's length, so the tiles of a row line up.
+        Item {
             width: parent.width
-            text: tile.theme.blurb
-            font: Theme.f(11)
-            color: Theme.p.subtext
-            wrapMode: Text.Wrap
+            height: Math.ceil(blurbMetrics.height * 2)
+            Text {
+                width: parent.width
+                text: tile.theme.blurb
+                font: Theme.f(11)
+                color: Theme.p.subtext
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
+            }
         }
+    }
+
+    FontMetrics {
+        id: blurbMetrics
+        font: Theme.f(11)
     }
 
     MouseArea {

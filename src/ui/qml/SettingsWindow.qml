@@ -23,8 +23,8 @@ Window {
     readonly property Item page: [appearance, scanning, backups, data][currentTab]
 
     width: Theme.s(780)
-    height: Math.max(Theme.s(360), Math.min(header.height + page.implicitHeight + 2 * margin,
-                                            Screen.desktopAvailableHeight * 0.88))
+    height: Math.ceil(Math.max(Theme.s(360), Math.min(header.height + page.implicitHeight + 2 * margin,
+                                                      Screen.desktopAvailableHeight * 0.88)))
     minimumWidth: Theme.s(560)
     minimumHeight: Theme.s(300)
 
@@ -32,8 +32,7 @@ Window {
     function open() {
         prefs.refresh()
         show()
-        raise()
-        requestActivate()
+        Qt.callLater(function() { settings.raise(); settings.requestActivate() })
     }
 
     SettingsState {
@@ -92,7 +91,7 @@ Window {
         contentHeight: settings.page.implicitHeight + 2 * settings.margin
         boundsBehavior: Flickable.StopAtBounds
         ScrollBar.vertical: ScrollBar {
-            policy: scroller.contentHeight > scroller.height ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+            policy: scroller.contentHeight > scroller.height + 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
         }
 
         Item {
