@@ -4,11 +4,14 @@
 #include <QQmlEngine>
 
 #include "ui/icon_provider.h"
+#include "ui/thumb_cache.h"
 
 namespace orrelin {
 
 void setUpQmlEngine(QQmlEngine& engine) {
-  engine.addImageProvider(QStringLiteral("icon"), new IconProvider);  // The engine owns it.
+  // The engine owns the providers.
+  engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
+  engine.addImageProvider(QStringLiteral("thumb"), new ThumbImageProvider);
 }
 
 QUrl mainWindowUrl() { return QUrl(QStringLiteral("qrc:/Orrelin/Main.qml")); }

@@ -1,13 +1,151 @@
-// The Settings window: Appearance, Scanning, Backups and Data.
+// The Settings window: Appearance, Scanning, Backups and Data. Every control writes through at once; there
+// is no Apply button. The window fits the current tab's height, scrolling where the screen is too short.
 import QtQuick
+import QtQuick.Controls
 import QtQuick.Window
 import Orrelin
 
 Window {
     id: settings
-    title: "Settings"
-    width: 720
-    height: 560
+    title: "TVRL Orrelin Settings"
     color: Theme.p.bgBottom
-    function open() { show(); raise(); requestActivate() }
+    flags: Qt.Dialog
+
+    // The tab shown: 0 Appearance, 1 Scanning, 2 Backups, 3 Data.
+    property int currentTab: 0
+    readonly property var tabs: [
+        { title: "Appearance", symbol: "paintpalette" },
+        { title: "Scanning", symbol: "dot.radiowaves.left.and.right" },
+        { title: "Backups", symbol: "externaldrive.badge.timemachine" },
+        { title: "Data", symbol: "cylinder.split.1x2" }
+    ]
+    readonly property real margin: Theme.s(28)
+    readonly property Item page: [appearance, scanning, backups, data][currentTab]
+
+    width: Theme.s(780)
+    height: Math.ceil(Math.max(Theme.s(360), Math.min(header.height + page.implicitHeight + 2 * margin,
+                                                      Screen.desktopAvailableHeight * 0.88)))
+    minimumWidth: Theme.s(560)
+    minimumHeight: Theme.s(300)
+
+    // Reads the settings again, for they may have changed since the window was last open.
+    function open() {
+        prefs.refresh()
+        show()
+        Qt.callLater(function() { settings.raise(); settings.requestActivate() })
+    }
+
+    SettingsState {
+        id: prefs
+        objectName: "settingsState"
+    }
+
+    BackdropView {
+        anchors.fill: parent
+    }
+
+    Item {
+        id: header
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        height: tabRow.height + Theme.s(24)
+
+        Row {
+            id: tabRow
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.top: parent.top
+            anchors.topMargin: Theme.s(12)
+            spacing: Theme.s(6)
+            Repeater {
+                model: settings.tabs
+                SettingsTabButton {
+                    required property var modelData
+                    required property int index
+                    objectName: "settingsTab" + index
+                    text: modelData.title
+                    symbol: modelData.symbol
+                    current: settings.currentTab === index
+                    onActivated: settings.currentTab = index
+                }
+            }
+        }
+        Rectangle {
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            height: Math.max(1, Theme.s(1))
+            color: Theme.p.stroke
+        }
+    }
+
+    Flickable {
+        id: scroller
+        objectName: "settingsScroller"
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: header.bottom
+        anchors.bottom: parent.bottom
+        clip: true
+        contentWidth: width
+        contentHeight: settings.page.implicitHeight + 2 * settings.margin
+        boundsBehavior: Flickable.StopAtBounds
+        ScrollBar.vertical: ScrollBar {
+            policy: scroller.contentHeight > scroller.height + 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+        }
+
+        Item {
+            x: settings.margin
+            y: settings.margin
+            width: scroller.width - 2 * settings.margin
+
+            SettingsAppearanceTab {
+                id: appearance
+                objectName: "appearanceTab"
+                width: parent.width
+                visible: settings.currentTab === 0
+            }
+            SettingsScanningTab {
+                id: scanning
+                objectName: "scanningTab"
+                width: parent.width
+                visible: settings.currentTab === 1
+                prefs: prefs
+            }
+            SettingsBackupsTab {
+                id: backups
+                objectName: "backupsTab"
+                width: parent.width
+                visible: settings.currentTab === 2
+                prefs: prefs
+            }
+            SettingsDataTab {
+                id: data
+                objectName: "dataTab"
+                width: parent.width
+                visible: settings.currentTab === 3
+                prefs: prefs
+            }
+        }
+    }
+
+    onCurrentTabChanged: scroller.contentY = 0
+
+    Shortcut {
+        sequences: [StandardKey.Close, "Escape"]
+        onActivated: settings.close()
+    }
+    // The zoom keys work here as in the main window, so their effect can be watched on the slider.
+    Shortcut {
+        sequences: [StandardKey.ZoomIn, "Ctrl+="]
+        onActivated: UIState.zoomIn()
+    }
+    Shortcut {
+        sequence: StandardKey.ZoomOut
+        onActivated: UIState.zoomOut()
+    }
+    Shortcut {
+        sequence: "Ctrl+0"
+        onActivated: UIState.resetZoom()
+    }
 }
