@@ -91,6 +91,7 @@ ApplicationWindow {
         anchors.fill: parent
         active: AppModel.newCatalogSheet
         sheet: Component { NewCatalogSheet {} }
+        onDismissRequested: AppModel.newCatalogSheet = false
     }
 
     ModalLayer {
@@ -98,6 +99,7 @@ ApplicationWindow {
         anchors.fill: parent
         active: AppModel.scanResult.id !== undefined
         sheet: Component { ScanResultSheet {} }
+        onDismissRequested: AppModel.dismissScanResult()
     }
 
     ModalLayer {
@@ -105,12 +107,18 @@ ApplicationWindow {
         anchors.fill: parent
         active: AppModel.hasAlert
         sheet: Component { AlertPanel {} }
+        onDismissRequested: AppModel.dismissAlert()
     }
 
     // ⌘= as well as ⌘+ zooms in, as keyboards differ in where "+" lies.
     Shortcut {
         sequence: "Ctrl+="
         onActivated: UIState.zoomIn()
+    }
+    // F1 opens the user guide, as Ctrl+? in the Help menu does.
+    Shortcut {
+        sequence: "F1"
+        onActivated: AppLinks.openHelp()
     }
 
     SettingsWindow {
