@@ -68,7 +68,8 @@ AppModel::AppModel(std::optional<fs::path> database, QObject* parent)
 AppModel::~AppModel() { m_watchers.clear(); }
 
 AppModel& AppModel::shared() {
-  static AppModel* instance = new AppModel();  // Lives until the process ends, like the program's state.
+  // Lives until the process ends, like the program's state.
+  static AppModel* instance = new AppModel(std::nullopt);
   return *instance;
 }
 

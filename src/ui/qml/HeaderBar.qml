@@ -10,6 +10,9 @@ Item {
     height: implicitHeight
 
     readonly property var current: UIState.sections[AppModel.section]
+    // At a large zoom or in a narrow window the header makes room: the title elides, the search narrows
+    // and the button keeps only its icon, so the zoom control always stays in reach.
+    readonly property bool roomy: width >= Theme.s(860)
 
     RowLayout {
         anchors.fill: parent
@@ -17,15 +20,15 @@ Item {
         anchors.rightMargin: Theme.s(22)
         spacing: Theme.s(14)
 
-        Column {
+        ColumnLayout {
             Layout.fillWidth: true
-            Layout.minimumWidth: Theme.s(120)
+            Layout.minimumWidth: 0
             Layout.alignment: Qt.AlignVCenter
             spacing: Theme.s(3)
 
             Text {
                 objectName: "headerTitle"
-                width: parent.width
+                Layout.fillWidth: true
                 text: header.current.title
                 font: Theme.f(22, Font.Bold)
                 color: Theme.p.text
@@ -33,7 +36,7 @@ Item {
             }
             Text {
                 objectName: "headerSubtitle"
-                width: parent.width
+                Layout.fillWidth: true
                 text: header.current.subtitle
                 font: Theme.f(12)
                 color: Theme.p.subtext
@@ -43,9 +46,11 @@ Item {
 
         QuickSearchField {
             objectName: "quickSearch"
+            // Fills up to its own width, and gives way before the controls at the right do.
+            Layout.fillWidth: true
             Layout.preferredWidth: Theme.s(300)
-            Layout.minimumWidth: Theme.s(160)
-            Layout.fillWidth: false
+            Layout.maximumWidth: Theme.s(300)
+            Layout.minimumWidth: Theme.s(header.roomy ? 160 : 36)
             Layout.alignment: Qt.AlignVCenter
         }
 
@@ -59,8 +64,11 @@ Item {
             objectName: "headerCatalogButton"
             Layout.alignment: Qt.AlignVCenter
             prominent: true
+            // With the icon alone, the padding leaves out the gap the icon keeps before a text.
+            leftPadding: Theme.s(header.roomy ? 14 : 11)
+            rightPadding: Theme.s(header.roomy ? 14 : 5)
             symbol: "plus.viewfinder"
-            text: "Catalog a Drive"
+            text: header.roomy ? "Catalog a Drive" : ""
             enabled: !AppModel.scanner.isRunning
             ToolTip.visible: hovered
             ToolTip.delay: 600

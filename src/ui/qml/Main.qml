@@ -18,6 +18,7 @@ ApplicationWindow {
 
     menuBar: AppMenuBar {
         id: menus
+        objectName: "menuBar"
         onAboutRequested: aboutWindow.open()
         onSettingsRequested: settingsWindow.open()
     }
