@@ -34,6 +34,15 @@ class FrameTest : public MainWindowTest {
     QCoreApplication::processEvents();
   }
 
+  // With ORRELIN_SHOTS set to a folder, saves what the window shows there as <name>.png, for a look at
+  // states that are hard to reach from the command line (an open menu).
+  void saveShot(const QString& name) const {
+    const QString folder = qEnvironmentVariable("ORRELIN_SHOTS");
+    if (folder.isEmpty()) return;
+    spin(400);  // Let the opening animations end.
+    window()->grabWindow().save(folder + "/" + name + ".png");
+  }
+
   QString text(const QString& name) const { return property(name, "text").toString(); }
   QVariant property(const QString& name, const char* key) const {
     QObject* object = find(name);
@@ -128,6 +137,7 @@ TEST_F(FrameTest, ZoomControlAndShortcutsStopAtTheBoundsAndTheMenuRoundsToTenths
   click("zoomPercentButton");
   QObject* levels = find("zoomMenu");
   ASSERT_TRUE(waitUntil([&] { return levels->property("opened").toBool(); }, 3000));
+  saveShot("menu-zoom-levels");
   click("zoomLevel75");
   EXPECT_DOUBLE_EQ(ui().zoom(), 0.8);
   EXPECT_EQ(text("zoomPercentText"), "80%");
@@ -147,6 +157,7 @@ TEST_F(FrameTest, ThemeMenuSwitchesTheThemeAndMarksIt) {
   QObject* themes = find("themeMenu");
   click(entry(view, "Theme"));
   ASSERT_TRUE(waitUntil([&] { return themes->property("opened").toBool(); }, 3000));
+  saveShot("menu-view-theme");
   EXPECT_TRUE(property("themeItem0", "marked").toBool());
   EXPECT_EQ(text("themeItem2"), "Solar Flare");
   click("themeItem2");
@@ -241,9 +252,9 @@ TEST_F(FrameTest, StatusLineCountsCartridgesAndFollowsAScan) {
 }
 
 TEST_F(FrameTest, MenuItemsFollowTheSelectionAndTheScan) {
-  const QStringList needSelection = {"rescanAction", "revealAction",     "renameAction",   "watchAction",
-                                     "claudeAction", "deleteAction",     "exportCSVAction", "exportJSONAction",
-                                     "exportWebAction"};
+  const QStringList needSelection = {"rescanAction",    "revealAction",     "renameAction",
+                                     "watchAction",     "claudeAction",     "deleteAction",
+                                     "exportCSVAction", "exportJSONAction", "exportWebAction"};
   ASSERT_FALSE(model().selectedCatalog());
   for (const QString& name : needSelection) EXPECT_FALSE(enabled(name)) << name.toStdString();
   EXPECT_FALSE(enabled("pauseAction"));
@@ -257,12 +268,21 @@ TEST_F(FrameTest, MenuItemsFollowTheSelectionAndTheScan) {
   EXPECT_FALSE(entry(catalogMenu, "Update Catalog (Rescan)")->isEnabled());
   EXPECT_FALSE(entry(catalogMenu, "Delete Catalog…")->isEnabled());
   EXPECT_TRUE(entry(catalogMenu, "Rename Assistant")->isEnabled());
+  saveShot("menu-catalog-nothing-selected");
   key(Qt::Key_Escape);
 
   model().loadSampleData();
   ASSERT_TRUE(model().selectedCatalog());
   for (const QString& name : needSelection) EXPECT_TRUE(enabled(name)) << name.toStdString();
   EXPECT_EQ(text("watchAction"), "Auto-Update When Files Change");
+  catalogMenu = openMenu("catalogMenu", "Catalog");
+  ASSERT_NE(catalogMenu, nullptr);
+  EXPECT_TRUE(entry(catalogMenu, "Update Catalog (Rescan)")->isEnabled());
+  EXPECT_TRUE(entry(catalogMenu, "Delete Catalog…")->isEnabled());
+  EXPECT_FALSE(entry(catalogMenu, "Cancel Scan")->isEnabled());
+  saveShot("menu-catalog-selected");
+  key(Qt::Key_Escape);
+  EXPECT_TRUE(waitUntil([&] { return !catalogMenu->property("visible").toBool(); }, 3000));
   EXPECT_FALSE(enabled("pauseAction"));
 
   TempDir dir;
@@ -296,6 +316,7 @@ TEST_F(FrameTest, MenusAndShortcutsOpenTheScreensAndPanes) {
   QObject* reports = find("reportsMenu");
   click(entry(catalogMenu, "Reports"));
   ASSERT_TRUE(waitUntil([&] { return reports->property("opened").toBool(); }, 3000));
+  saveShot("menu-catalog-reports");
   click(entry(reports, "Compare Two Catalogs"));
   EXPECT_EQ(model().section(), AppSection::tools);
   EXPECT_EQ(model().toolTab(), ToolTab::compare);

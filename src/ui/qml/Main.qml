@@ -79,12 +79,13 @@ ApplicationWindow {
         anchors.bottomMargin: Theme.s(44)
     }
 
+    // The toast comes in just below the header, over the middle of the screen, where it covers no control.
     Toast {
         id: toast
         objectName: "toast"
-        anchors.horizontalCenter: parent.horizontalCenter
-        anchors.top: parent.top
-        anchors.topMargin: Theme.s(14)
+        anchors.horizontalCenter: column.horizontalCenter
+        anchors.top: column.top
+        anchors.topMargin: header.height + Theme.s(14)
     }
 
     ModalLayer {

@@ -13,10 +13,12 @@ Menu {
     overlap: Theme.s(4)
     font: Theme.f(13)
     delegate: ThemedMenuItem {}
+    // The narrowest the menu gets, however short its items.
+    property real minimumWidth: Theme.s(180)
 
     // The widest item decides the width, so long texts and their shortcuts never clip.
     contentWidth: {
-        let widest = Theme.s(180)
+        let widest = menu.minimumWidth
         for (let i = 0; i < menu.count; ++i) {
             const entry = menu.itemAt(i)
             if (entry) widest = Math.max(widest, entry.implicitWidth)

@@ -66,6 +66,7 @@ Rectangle {
             ThemedMenu {
                 id: levels
                 objectName: "zoomMenu"
+                minimumWidth: Theme.s(96)
                 y: percent.height + Theme.s(6)
                 x: (percent.width - width) / 2
 
