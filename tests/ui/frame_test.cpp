@@ -333,5 +333,49 @@ TEST_F(FrameTest, MenusAndShortcutsOpenTheScreensAndPanes) {
   }
 }
 
+TEST_F(FrameTest, SheetsComeWithTheirShortcutAndGoWithEscape) {
+  key(Qt::Key_N, Qt::ControlModifier);
+  EXPECT_TRUE(model().newCatalogSheet());
+  shown("newCatalogLayer");
+  key(Qt::Key_Escape);
+  EXPECT_FALSE(model().newCatalogSheet());
+  EXPECT_FALSE(item("newCatalogLayer")->isVisible());
+
+  // No new sheet while a scan runs; the result sheet that ends it goes with Escape too.
+  model().loadSampleData();
+  model().setSection(AppSection::stats);
+  TempDir dir;
+  startScan(dir, "Busy");
+  EXPECT_FALSE(enabled("headerCatalogButton"));
+  ASSERT_TRUE(waitUntil([&] { return !model().scanner()->isRunning(); }));
+  shown("scanResultLayer");
+  key(Qt::Key_Escape);
+  EXPECT_FALSE(model().scanResult().has_value());
+}
+
+TEST_F(FrameTest, EditMenuCutsCopiesAndPastesInTheFocusedField) {
+  click("quickSearchField");
+  type("mixtapes");
+  QObject* edit = openMenu("editMenu", "Edit");
+  ASSERT_NE(edit, nullptr);
+  EXPECT_FALSE(entry(edit, "Copy")->isEnabled());  // Nothing selected yet.
+  click(entry(edit, "Select All"));
+  edit = openMenu("editMenu", "Edit");
+  click(entry(edit, "Cut"));
+  EXPECT_EQ(text("quickSearchField"), "");
+  edit = openMenu("editMenu", "Edit");
+  ASSERT_TRUE(entry(edit, "Paste")->isEnabled());
+  click(entry(edit, "Paste"));
+  EXPECT_EQ(text("quickSearchField"), "mixtapes");
+
+  // Away from a text field the items have nothing to act on.
+  item("quickSearchField")->setFocus(false);
+  window()->contentItem()->forceActiveFocus();
+  edit = openMenu("editMenu", "Edit");
+  EXPECT_FALSE(entry(edit, "Paste")->isEnabled());
+  EXPECT_FALSE(entry(edit, "Select All")->isEnabled());
+  key(Qt::Key_Escape);
+}
+
 }  // namespace
 }  // namespace orrelin::testing
