@@ -100,6 +100,12 @@ TEST_F(FrameTest, TheWindowShowsTheSharedState) {
 
 TEST_F(FrameTest, ZoomControlAndShortcutsStopAtTheBoundsAndTheMenuRoundsToTenths) {
   const double headerAtActualSize = item("headerBar")->height();
+  if (!qEnvironmentVariable("ORRELIN_SHOTS").isEmpty()) {
+    QQuickItem* control = item("zoomControl");
+    QTest::mouseMove(window(), control->mapToScene(QPointF(4, control->height() / 2)).toPoint());
+    spin(1200);  // The help text shows after a pause.
+    saveShot("tooltip-zoom");
+  }
   // At every step the header makes room, so the control stays inside the window.
   for (int i = 0; i < 30 && enabled("zoomInButton"); ++i) {
     QQuickItem* plus = item("zoomInButton");

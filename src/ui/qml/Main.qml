@@ -16,6 +16,26 @@ ApplicationWindow {
     title: "Orrelin · TVRL"
     color: Theme.p.bgBottom
 
+    // The stock controls (text fields, tooltips, check boxes, …) take their font at the zoom, and their
+    // colours from the theme, too.
+    font: Theme.f(13)
+    readonly property color opaquePanel: Qt.tint(Theme.p.bgTop, Theme.alpha(Theme.p.panel, 0.9))
+    palette.window: Theme.p.bgTop
+    palette.windowText: Theme.p.text
+    palette.base: Qt.tint(Theme.p.bgBottom, Theme.alpha(Theme.p.panel, 0.5))
+    palette.alternateBase: opaquePanel
+    palette.text: Theme.p.text
+    palette.button: opaquePanel
+    palette.buttonText: Theme.p.text
+    palette.brightText: Theme.p.text
+    palette.highlight: Theme.p.accent
+    palette.highlightedText: Theme.p.bgBottom
+    palette.placeholderText: Theme.p.subtext
+    palette.toolTipBase: opaquePanel
+    palette.toolTipText: Theme.p.text
+    palette.mid: Theme.p.stroke
+    palette.dark: Theme.p.stroke
+
     menuBar: AppMenuBar {
         id: menus
         objectName: "menuBar"
