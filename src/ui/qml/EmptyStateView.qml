@@ -66,13 +66,17 @@ Item {
             visible: text.length > 0
         }
 
-        Row {
+        // Side by side, or one above the other where the two do not fit.
+        Grid {
             anchors.horizontalCenter: parent.horizontalCenter
             topPadding: Theme.s(6)
             spacing: Theme.s(10)
+            columns: catalogButton.implicitWidth + sampleButton.implicitWidth + spacing <= body.width ? 2 : 1
+            horizontalItemAlignment: Grid.AlignHCenter
             visible: empty.showActions
 
             LaserButton {
+                id: catalogButton
                 objectName: "emptyStateCatalogButton"
                 prominent: true
                 symbol: "plus.viewfinder"
@@ -81,6 +85,7 @@ Item {
                 onClicked: AppModel.startNewCatalog()
             }
             LaserButton {
+                id: sampleButton
                 objectName: "emptyStateSampleButton"
                 symbol: "sparkles"
                 text: "Load Sample Data"

@@ -16,17 +16,19 @@ Item {
 
     RowLayout {
         anchors.fill: parent
-        anchors.leftMargin: Theme.s(26)
-        anchors.rightMargin: Theme.s(22)
-        spacing: Theme.s(14)
+        anchors.leftMargin: Theme.s(header.roomy ? 26 : 14)
+        anchors.rightMargin: Theme.s(header.roomy ? 22 : 12)
+        spacing: Theme.s(header.roomy ? 14 : 8)
 
         ColumnLayout {
             Layout.fillWidth: true
-            Layout.minimumWidth: 0
+            // The title is short and stays whole unless space is very tight; the subtitle elides first.
+            Layout.minimumWidth: Math.min(title.implicitWidth, Theme.s(header.roomy ? 180 : 80))
             Layout.alignment: Qt.AlignVCenter
             spacing: Theme.s(3)
 
             Text {
+                id: title
                 objectName: "headerTitle"
                 Layout.fillWidth: true
                 text: header.current.title
@@ -44,14 +46,23 @@ Item {
             }
         }
 
-        QuickSearchField {
-            objectName: "quickSearch"
-            // Fills up to its own width, and gives way before the controls at the right do.
+        // The search fills up to its own width and gives way first; squeezed below a usable width it
+        // leaves its place empty (Ctrl+F still reaches the Search screen).
+        Item {
+            id: searchSlot
             Layout.fillWidth: true
             Layout.preferredWidth: Theme.s(300)
             Layout.maximumWidth: Theme.s(300)
-            Layout.minimumWidth: Theme.s(header.roomy ? 160 : 36)
-            Layout.alignment: Qt.AlignVCenter
+            Layout.minimumWidth: header.roomy ? Theme.s(160) : 0
+            Layout.fillHeight: true
+
+            QuickSearchField {
+                objectName: "quickSearch"
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                visible: searchSlot.width >= Theme.s(90)
+            }
         }
 
         ZoomControl {

@@ -44,7 +44,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         font: Theme.f(11, Font.Medium, true)
         color: Theme.p.subtext
-        elide: Text.ElideMiddle
+        elide: Text.ElideRight
         text: bar.scanner.isRunning
               ? bar.scanner.phase + " “" + bar.scanner.catalogName + "” — " + Fmt.count(bar.scanner.items)
                 + " items"
