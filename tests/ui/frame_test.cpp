@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <string>
 
+#include "core/test_timing.h"
 #include "store/catalog_db.h"
 #include "support/temp_dir.h"
 #include "ui_fixture.h"
@@ -382,6 +383,21 @@ TEST_F(FrameTest, EditMenuCutsCopiesAndPastesInTheFocusedField) {
   EXPECT_FALSE(entry(edit, "Paste")->isEnabled());
   EXPECT_FALSE(entry(edit, "Select All")->isEnabled());
   key(Qt::Key_Escape);
+}
+
+TEST_F(FrameTest, ToastSlidesInWithTheLatestTextAndLeavesWhenItEnds) {
+  TestTiming::setTimeScaleForTesting(0.25);  // A toast of 0.7 seconds.
+  EXPECT_FALSE(item("toast")->isVisible());
+  model().flash("Backup saved");
+  shown("toast");
+  EXPECT_EQ(text("toastText"), "Backup saved");
+  model().flash("Catalog renamed");
+  EXPECT_EQ(text("toastText"), "Catalog renamed");
+  // It keeps its text on the way out, then is gone.
+  ASSERT_TRUE(waitUntil([&] { return model().toast() == std::nullopt; }, 5000));
+  EXPECT_EQ(text("toastText"), "Catalog renamed");
+  EXPECT_TRUE(waitUntil([&] { return !item("toast")->isVisible(); }, 3000));
+  TestTiming::setTimeScaleForTesting(1);
 }
 
 }  // namespace
