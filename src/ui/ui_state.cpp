@@ -34,7 +34,7 @@ UIState::UIState(QObject* parent) : QObject(parent) {
 }
 
 UIState& UIState::shared() {
-  static UIState* instance = new UIState();  // Lives as long as the process, like the settings it mirrors.
+  static UIState* instance = new UIState(nullptr);  // Lives as long as the process, like the settings it mirrors.
   return *instance;
 }
 

@@ -49,8 +49,9 @@ class UIState : public QObject {
   static constexpr const char* kZoomKey = "zoom";
 
   // Reads the theme and zoom from the settings: an unknown or missing theme is Obsidian Laser; a stored
-  // zoom is held within the bounds, and 0 or a missing value is 1.
-  explicit UIState(QObject* parent = nullptr);
+  // zoom is held within the bounds, and 0 or a missing value is 1. There is no default constructor: QML
+  // would prefer it to create() and make a second instance instead of taking the shared one.
+  explicit UIState(QObject* parent);
 
   // The program's one instance.
   static UIState& shared();

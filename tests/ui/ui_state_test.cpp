@@ -20,7 +20,7 @@ TEST(UIStateTest, StartValuesComeFromTheSettingsWithinBounds) {
   const Case cases[] = {{nullptr, 1.0}, {0, 1.0}, {9, 2.5}, {0.2, 0.5}, {1.7, 1.7}, {-3, 0.5}, {"big", 1.0}};
   for (const Case& c : cases) {
     UserDefaults::set(UIState::kZoomKey, c.storedZoom);
-    EXPECT_DOUBLE_EQ(UIState().zoom(), c.zoom) << c.storedZoom.dump();
+    EXPECT_DOUBLE_EQ(UIState(nullptr).zoom(), c.zoom) << c.storedZoom.dump();
   }
 
   const std::pair<nlohmann::json, ThemeID> themes[] = {{nullptr, ThemeID::obsidian},
@@ -30,12 +30,12 @@ TEST(UIStateTest, StartValuesComeFromTheSettingsWithinBounds) {
                                                        {42, ThemeID::obsidian}};
   for (const auto& [stored, theme] : themes) {
     UserDefaults::set(UIState::kThemeKey, stored);
-    EXPECT_EQ(UIState().theme(), theme) << stored.dump();
+    EXPECT_EQ(UIState(nullptr).theme(), theme) << stored.dump();
   }
 }
 
 TEST(UIStateTest, ZoomStepsInTenthsAndStopsAtTheBounds) {
-  UIState state;
+  UIState state(nullptr);
   const std::pair<double, const char*> levels[] = {{0.5, "50%"},   {0.75, "80%"},  {1.0, "100%"},
                                                    {1.25, "130%"}, {1.5, "150%"},  {1.75, "180%"},
                                                    {2.0, "200%"},  {2.5, "250%"},  {0.44, "50%"},
@@ -61,17 +61,17 @@ TEST(UIStateTest, ZoomStepsInTenthsAndStopsAtTheBounds) {
   EXPECT_DOUBLE_EQ(state.s(10), 20);
 
   // Written through at once: a new reader sees it.
-  EXPECT_DOUBLE_EQ(UIState().zoom(), 2.0);
+  EXPECT_DOUBLE_EQ(UIState(nullptr).zoom(), 2.0);
 }
 
 TEST(UIStateTest, ThemeIsStoredByNameAndAnnounced) {
-  UIState state;
+  UIState state(nullptr);
   QSignalSpy changed(&state, &UIState::themeChanged);
   state.setTheme(ThemeID::synth);
   state.setTheme(ThemeID::synth);
   EXPECT_EQ(changed.count(), 1);
   EXPECT_EQ(UserDefaults::string(UIState::kThemeKey), "Synthwave");
-  EXPECT_EQ(UIState().theme(), ThemeID::synth);
+  EXPECT_EQ(UIState(nullptr).theme(), ThemeID::synth);
 
   // Launch-argument matching: case-insensitive prefixes, empty picks the first, no match changes nothing.
   EXPECT_TRUE(state.selectTheme("solar"));

@@ -101,7 +101,8 @@ void AppModel::startAutoBackup() {
 }
 
 AppModel& AppModel::shared() {
-  static AppModel* instance = new AppModel();  // Lives until the process ends, like the program's state.
+  // Lives until the process ends, like the program's state.
+  static AppModel* instance = new AppModel(std::nullopt);
   return *instance;
 }
 

@@ -113,8 +113,9 @@ class AppModel : public QObject {
   // Opens the database at `database` (default: the data folder's), reloads, selects the first catalog,
   // follows mounts and makes the daily backup when one is due. A database that cannot be opened leaves
   // the model without a store and with the alert "Database Problem". Thumbnails are kept in the data
-  // folder, or beside a database given here.
-  explicit AppModel(std::optional<std::filesystem::path> database = std::nullopt, QObject* parent = nullptr);
+  // folder, or beside a database given here. There is no default constructor: QML would prefer it to
+  // create() and make a second model instead of taking the shared one.
+  explicit AppModel(std::optional<std::filesystem::path> database, QObject* parent = nullptr);
   ~AppModel() override;
 
   // The program's one instance, made on first use with the data folder's database.

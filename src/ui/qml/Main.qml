@@ -16,8 +16,29 @@ ApplicationWindow {
     title: "Orrelin · TVRL"
     color: Theme.p.bgBottom
 
+    // The stock controls (text fields, tooltips, check boxes, …) take their font at the zoom, and their
+    // colours from the theme, too.
+    font: Theme.f(13)
+    readonly property color opaquePanel: Qt.tint(Theme.p.bgTop, Theme.alpha(Theme.p.panel, 0.9))
+    palette.window: Theme.p.bgTop
+    palette.windowText: Theme.p.text
+    palette.base: Qt.tint(Theme.p.bgBottom, Theme.alpha(Theme.p.panel, 0.5))
+    palette.alternateBase: opaquePanel
+    palette.text: Theme.p.text
+    palette.button: opaquePanel
+    palette.buttonText: Theme.p.text
+    palette.brightText: Theme.p.text
+    palette.highlight: Theme.p.accent
+    palette.highlightedText: Theme.p.bgBottom
+    palette.placeholderText: Theme.p.subtext
+    palette.toolTipBase: opaquePanel
+    palette.toolTipText: Theme.p.text
+    palette.mid: Theme.p.stroke
+    palette.dark: Theme.p.stroke
+
     menuBar: AppMenuBar {
         id: menus
+        objectName: "menuBar"
         onAboutRequested: aboutWindow.open()
         onSettingsRequested: settingsWindow.open()
     }
@@ -78,12 +99,13 @@ ApplicationWindow {
         anchors.bottomMargin: Theme.s(44)
     }
 
+    // The toast comes in just below the header, over the middle of the screen, where it covers no control.
     Toast {
         id: toast
         objectName: "toast"
-        anchors.horizontalCenter: parent.horizontalCenter
-        anchors.top: parent.top
-        anchors.topMargin: Theme.s(14)
+        anchors.horizontalCenter: column.horizontalCenter
+        anchors.top: column.top
+        anchors.topMargin: header.height + Theme.s(14)
     }
 
     ModalLayer {
@@ -91,6 +113,7 @@ ApplicationWindow {
         anchors.fill: parent
         active: AppModel.newCatalogSheet
         sheet: Component { NewCatalogSheet {} }
+        onDismissRequested: AppModel.newCatalogSheet = false
     }
 
     ModalLayer {
@@ -98,6 +121,7 @@ ApplicationWindow {
         anchors.fill: parent
         active: AppModel.scanResult.id !== undefined
         sheet: Component { ScanResultSheet {} }
+        onDismissRequested: AppModel.dismissScanResult()
     }
 
     ModalLayer {
@@ -105,12 +129,18 @@ ApplicationWindow {
         anchors.fill: parent
         active: AppModel.hasAlert
         sheet: Component { AlertPanel {} }
+        onDismissRequested: AppModel.dismissAlert()
     }
 
     // ⌘= as well as ⌘+ zooms in, as keyboards differ in where "+" lies.
     Shortcut {
         sequence: "Ctrl+="
         onActivated: UIState.zoomIn()
+    }
+    // F1 opens the user guide, as Ctrl+? in the Help menu does.
+    Shortcut {
+        sequence: "F1"
+        onActivated: AppLinks.openHelp()
     }
 
     SettingsWindow {

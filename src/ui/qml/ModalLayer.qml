@@ -1,23 +1,95 @@
-// Dims the window and shows one sheet or alert in its middle while `active`.
+// Dims the window and shows one sheet or alert in its middle, on a glass panel, while `active`. Clicks,
+// wheel turns and keys do not reach what lies behind. The sheet gets the keyboard focus; Return and
+// Escape that it leaves unhandled call its accept() and cancel() when it has them, and otherwise Escape
+// asks the window to put the sheet away (dismissRequested).
 import QtQuick
 import Orrelin
 
-Item {
+FocusScope {
     id: layer
     property bool active: false
     property Component sheet
+    readonly property Item content: loader.item
+
+    signal dismissRequested()
 
     visible: active
     z: 10
 
+    onActiveChanged: {
+        if (active) {
+            appear.restart()
+            forceActiveFocus()
+        }
+    }
+
+    Keys.onEscapePressed: (event) => {
+        event.accepted = true
+        if (content && typeof content.cancel === "function") content.cancel()
+        else dismissRequested()
+    }
+    Keys.onReturnPressed: (event) => accept(event)
+    Keys.onEnterPressed: (event) => accept(event)
+
+    function accept(event) {
+        event.accepted = true
+        if (content && typeof content.accept === "function") content.accept()
+    }
+
     Rectangle {
+        id: dim
         anchors.fill: parent
         color: Qt.rgba(0, 0, 0, 0.55)
-        MouseArea { anchors.fill: parent; hoverEnabled: true; acceptedButtons: Qt.AllButtons }
+        MouseArea {
+            anchors.fill: parent
+            hoverEnabled: true
+            acceptedButtons: Qt.AllButtons
+            onWheel: (wheel) => wheel.accepted = true
+        }
     }
-    Loader {
+
+    Item {
+        id: frame
         anchors.centerIn: parent
-        active: layer.active
-        sourceComponent: layer.sheet
+        width: loader.width
+        height: loader.height
+
+        // A soft shadow: rings of falling opacity beyond the panel's edge.
+        Repeater {
+            model: 4
+            Rectangle {
+                required property int index
+                anchors.fill: parent
+                anchors.margins: -Theme.s(2 + index * 4)
+                anchors.topMargin: -Theme.s(index * 4)
+                radius: Theme.s(14 + 2 + index * 4)
+                color: Qt.rgba(0, 0, 0, 0.12 - index * 0.025)
+            }
+        }
+        // The panel is translucent: an opaque backing keeps the dimmed window from showing through.
+        Rectangle {
+            anchors.fill: parent
+            radius: Theme.s(14)
+            color: Theme.p.bgTop
+        }
+        GlassPanel {
+            anchors.fill: parent
+            highlight: true
+        }
+        Loader {
+            id: loader
+            focus: true
+            active: layer.active
+            sourceComponent: layer.sheet
+            onLoaded: item.forceActiveFocus()
+        }
+    }
+
+    ParallelAnimation {
+        id: appear
+        NumberAnimation { target: frame; property: "opacity"; from: 0; to: 1; duration: 160 }
+        NumberAnimation { target: frame; property: "scale"; from: 0.96; to: 1; duration: 200
+                          easing.type: Easing.OutCubic }
+        NumberAnimation { target: dim; property: "opacity"; from: 0; to: 1; duration: 140 }
     }
 }

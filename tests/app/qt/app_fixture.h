@@ -77,7 +77,7 @@ class AppModelTest : public ::testing::Test {
   // A model on the data folder's database, made afresh.
   AppModel& makeModel() {
     model.reset();
-    model = std::make_unique<AppModel>();
+    model = std::make_unique<AppModel>(std::nullopt);
     return *model;
   }
 
