@@ -1,5 +1,5 @@
-// The context menu of a cartridge. One menu serves every cartridge of the sidebar: openFor(catalog)
-// points it at a catalog (one of AppModel.catalogs) and opens it at the pointer.
+// The context menu of a cartridge. One menu serves every cartridge of the sidebar: openFor() points it
+// at a catalog (one of AppModel.catalogs) and opens it where the cartridge was clicked.
 import QtQuick
 import QtQuick.Controls
 import Orrelin
@@ -12,9 +12,11 @@ SidebarMenu {
     readonly property real catalogID: catalog.id === undefined ? -1 : catalog.id
     readonly property bool watched: AppModel.watchedIDs.indexOf(catalogID) >= 0
 
-    function openFor(target) {
+    // Opens for `target` at (`x`, `y`) in `item`.
+    function openFor(target, item, x, y) {
         catalog = target
-        popup()
+        const at = item.mapToItem(parent, x, y)
+        popup(at.x, at.y)
     }
 
     SidebarMenuItem {
@@ -22,7 +24,7 @@ SidebarMenu {
         text: "Browse"
         onTriggered: {
             AppModel.selectedCatalogID = owner.catalogID
-            AppModel.section = Nav.browse
+            AppModel.section = Nav.AppSection.browse
         }
     }
     SidebarMenuItem {

@@ -41,11 +41,11 @@ Item {
         onClicked: mouse => {
             if (mouse.button === Qt.RightButton) {
                 if (cartridge.menu)
-                    cartridge.menu.openFor(cartridge.catalog)
+                    cartridge.menu.openFor(cartridge.catalog, cartridge, mouse.x, mouse.y)
                 return
             }
             AppModel.selectedCatalogID = cartridge.catalogID
-            AppModel.section = Nav.browse
+            AppModel.section = Nav.AppSection.browse
         }
     }
 

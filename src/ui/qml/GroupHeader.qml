@@ -20,7 +20,7 @@ Item {
         onClicked: mouse => {
             if (mouse.button === Qt.RightButton) {
                 if (header.menu)
-                    header.menu.openFor(header.group)
+                    header.menu.openFor(header.group, header, mouse.x, mouse.y)
             } else {
                 AppModel.toggleGroupCollapsed(header.group.id)
             }

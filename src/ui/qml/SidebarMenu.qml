@@ -9,7 +9,10 @@ Menu {
     padding: Theme.s(5)
     font: Theme.f(12.5)
     overlap: Theme.s(4)
-    delegate: SidebarMenuItem {}
+    // The entries that open submenus; tests find them by the submenu's name.
+    delegate: SidebarMenuItem {
+        objectName: subMenu ? subMenu.objectName + ".item" : ""
+    }
 
     background: Rectangle {
         implicitWidth: Theme.s(236)

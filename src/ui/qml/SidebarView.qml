@@ -294,9 +294,10 @@ Rectangle {
         id: groupMenu
         objectName: "groupMenu"
         property var group: ({})
-        function openFor(target) {
+        function openFor(target, item, x, y) {
             group = target
-            popup()
+            const at = item.mapToItem(sidebar, x, y)
+            popup(at.x, at.y)
         }
         SidebarMenuItem {
             objectName: "groupMenu.rename"
@@ -315,9 +316,10 @@ Rectangle {
         id: smartSearchMenu
         objectName: "smartSearchMenu"
         property var search: ({})
-        function openFor(target) {
+        function openFor(target, item, x, y) {
             search = target
-            popup()
+            const at = item.mapToItem(sidebar, x, y)
+            popup(at.x, at.y)
         }
         SidebarMenuItem {
             objectName: "smartSearchMenu.run"

@@ -19,7 +19,7 @@ Item {
         onClicked: mouse => {
             if (mouse.button === Qt.RightButton) {
                 if (row.menu)
-                    row.menu.openFor(row.search)
+                    row.menu.openFor(row.search, row, mouse.x, mouse.y)
             } else {
                 SavedSearches.openSavedSearch(row.search.id)
             }
