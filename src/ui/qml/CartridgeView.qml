@@ -49,9 +49,11 @@ Item {
         }
     }
 
-    ToolTip.visible: cartridge.sample && hover.hovered && !eyeHover.hovered
-    ToolTip.text: "Sample cartridge"
-    ToolTip.delay: 700
+    HelpTip {
+        objectName: "sampleHelp"
+        text: cartridge.sample ? "Sample cartridge" : ""
+        shown: hover.hovered && !eyeHover.hovered
+    }
 
     ColumnLayout {
         id: body
@@ -128,9 +130,12 @@ Item {
                 color: Theme.p.accent2
 
                 HoverHandler { id: eyeHover }
-                ToolTip.visible: eyeHover.hovered
-                ToolTip.text: "Auto-update is on: changes on the drive update this catalog automatically"
-                ToolTip.delay: 400
+                HelpTip {
+                    objectName: "watchedHelp"
+                    text: "Auto-update is on: changes on the drive update this catalog automatically"
+                    shown: eyeHover.hovered
+                    delay: 300
+                }
             }
         }
 

@@ -13,9 +13,10 @@ Button {
 
     hoverEnabled: true
     padding: Theme.s(5)
-    ToolTip.visible: tip.length > 0 && hovered
-    ToolTip.text: tip
-    ToolTip.delay: 600
+    HelpTip {
+        text: button.tip
+        shown: button.hovered
+    }
 
     contentItem: SvgIcon {
         symbol: button.symbol

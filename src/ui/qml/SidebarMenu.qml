@@ -9,6 +9,16 @@ Menu {
     padding: Theme.s(5)
     font: Theme.f(12.5)
     overlap: Theme.s(4)
+    // As wide as the widest entry, so no entry is cut short.
+    width: {
+        let widest = Theme.s(200)
+        for (let i = 0; i < count; ++i) {
+            const entry = itemAt(i)
+            if (entry)
+                widest = Math.max(widest, entry.implicitWidth)
+        }
+        return widest + leftPadding + rightPadding
+    }
     // The entries that open submenus; tests find them by the submenu's name.
     delegate: SidebarMenuItem {
         objectName: subMenu ? subMenu.objectName + ".item" : ""

@@ -50,7 +50,7 @@ MenuItem {
     }
 
     background: Rectangle {
-        implicitWidth: Theme.s(220)
+        implicitWidth: Theme.s(200)
         radius: Theme.s(6)
         color: !item.highlighted || !item.enabled ? "transparent"
              : Theme.alpha(item.destructive ? Theme.p.danger : Theme.p.accent, 0.18)
