@@ -65,8 +65,7 @@ struct LaunchRequests {
 
 class AppModel : public QObject {
   Q_OBJECT
-  QML_ELEMENT
-  QML_SINGLETON
+  // QML's singleton `AppModel`: see ui/qml_singletons.h.
 
   // False while the database could not be opened.
   Q_PROPERTY(bool hasStore READ hasStore NOTIFY storeChanged)

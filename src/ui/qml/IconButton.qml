@@ -1,4 +1,5 @@
-// A small button that is only an icon, with an optional tooltip.
+// A small button that is only an icon, with an optional tooltip; it lights up in the accent when the
+// pointer is over it.
 import QtQuick
 import QtQuick.Controls
 import Orrelin
@@ -12,17 +13,23 @@ Button {
 
     hoverEnabled: true
     padding: Theme.s(5)
-    ToolTip.visible: tip.length > 0 && hovered
-    ToolTip.text: tip
-    ToolTip.delay: 600
+    HelpTip {
+        text: button.tip
+        shown: button.hovered
+    }
 
     contentItem: SvgIcon {
         symbol: button.symbol
         size: button.iconSize
-        color: button.enabled ? button.iconColor : Theme.alpha(Theme.p.subtext, 0.5)
+        color: !button.enabled ? Theme.alpha(Theme.p.subtext, 0.5)
+             : button.hovered ? Theme.p.accent : button.iconColor
     }
     background: Rectangle {
+        implicitWidth: button.iconSize + 2 * button.padding
+        implicitHeight: implicitWidth
         radius: Theme.s(7)
-        color: Theme.alpha(Theme.p.accent, button.down ? 0.22 : button.hovered ? 0.12 : 0)
+        color: Theme.alpha(Theme.p.accent, button.down ? 0.24 : button.hovered ? 0.13 : 0)
+        border.width: button.hovered || button.visualFocus ? Math.max(1, Theme.s(1)) : 0
+        border.color: Theme.alpha(Theme.p.accent, 0.35)
     }
 }

@@ -1,5 +1,5 @@
-// The program's button: `prominent` fills it with the accent, `compact` makes it smaller; `symbol` puts
-// an icon before the text.
+// The program's button: `prominent` fills it with a laser gradient of the accents and gives it a glow,
+// `compact` makes it smaller; `symbol` puts an icon before the text.
 import QtQuick
 import QtQuick.Controls
 import Orrelin
@@ -35,11 +35,55 @@ Button {
             anchors.verticalCenter: parent.verticalCenter
         }
     }
-    background: Rectangle {
-        radius: Theme.s(button.compact ? 7 : 9)
-        color: button.prominent ? (button.enabled ? Theme.p.accent : Theme.alpha(Theme.p.accent, 0.3))
-                                : Theme.alpha(Theme.p.accent, button.down ? 0.22 : button.hovered ? 0.14 : 0.08)
-        border.width: Math.max(1, Theme.s(1))
-        border.color: button.prominent ? Theme.alpha(Theme.p.glow, 0.9) : Theme.p.stroke
+
+    background: Item {
+        readonly property real corner: Theme.s(button.compact ? 7 : 9)
+        readonly property bool lit: button.prominent && button.enabled
+
+        // The glow of a prominent button: translucent outlines widening outwards, stronger on hover.
+        Repeater {
+            model: parent.lit ? 3 : 0
+            delegate: Rectangle {
+                required property int index
+                readonly property real spread: Theme.s(1.5 + index * 2.5)
+                anchors.fill: parent
+                anchors.margins: -spread
+                radius: parent.corner + spread
+                color: "transparent"
+                border.width: Theme.s(2.5)
+                border.color: Theme.alpha(Theme.p.glow, (button.hovered ? 0.34 : 0.22) / (index + 1.2))
+            }
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.corner
+            gradient: button.prominent ? laser : null
+            color: button.prominent ? Theme.alpha(Theme.p.accent, 0.3)
+                 : Theme.alpha(Theme.p.accent, button.down ? 0.22 : button.hovered ? 0.14 : 0.07)
+            opacity: button.prominent && !button.enabled ? 0.35 : 1
+            border.width: Math.max(1, Theme.s(1))
+            border.color: button.prominent ? Theme.alpha(Qt.lighter(Theme.p.glow, 1.3), 0.9)
+                        : button.hovered ? Theme.alpha(Theme.p.accent, 0.45) : Theme.p.stroke
+
+            Gradient {
+                id: laser
+                orientation: Gradient.Horizontal
+                GradientStop { position: 0; color: button.down ? Qt.darker(Theme.p.accent, 1.15) : Theme.p.accent }
+                GradientStop { position: 1; color: button.down ? Qt.darker(Theme.p.accent2, 1.15) : Theme.p.accent2 }
+            }
+
+            // A sheen over the upper half.
+            Rectangle {
+                visible: button.prominent
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.top: parent.top
+                anchors.margins: parent.border.width
+                height: parent.height / 2
+                radius: Math.max(0, parent.radius - parent.border.width)
+                color: Qt.rgba(1, 1, 1, button.hovered ? 0.22 : 0.14)
+            }
+        }
     }
 }
