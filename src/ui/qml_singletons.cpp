@@ -3,7 +3,9 @@
 
 namespace orrelin {
 
-AppModel* AppModelSingleton::create(QQmlEngine* engine, QJSEngine* js) { return AppModel::create(engine, js); }
+AppModel* AppModelSingleton::create(QQmlEngine* engine, QJSEngine* js) {
+  return AppModel::create(engine, js);
+}
 
 UIState* UIStateSingleton::create(QQmlEngine* engine, QJSEngine* js) { return UIState::create(engine, js); }
 

@@ -12,7 +12,6 @@
 #include "search/qt/search_state.h"
 #include "ui/ui_state.h"
 
-
 namespace orrelin {
 
 struct AppModelSingleton {

@@ -73,7 +73,8 @@ void SavedSearchActions::renameSavedSearch(const QString& id) {
   std::vector<SavedSearch> list = AppModel::shared().savedSearches();
   // The first entry with the id: the list was re-read after the question, which another window may
   // have changed meanwhile.
-  auto entry = std::find_if(list.begin(), list.end(), [&](const SavedSearch& s) { return s.id == saved->id; });
+  auto entry =
+      std::find_if(list.begin(), list.end(), [&](const SavedSearch& s) { return s.id == saved->id; });
   if (entry == list.end()) return;
   entry->name = name->toStdString();
   store(std::move(list));

@@ -33,7 +33,9 @@ TEST_F(SidebarTest, ARealCartridgeIsOnlineAndItsMenuRenamesWatchesMovesAndDelete
             QStringLiteral("Auto-Update When Files Change"));
   click("cartridgeMenu.watch");
   EXPECT_TRUE(model().isWatched(scanned.id));
-  EXPECT_TRUE(waitUntil([&] { return findNamed(item("cartridge:Renamed Drive"), "watchedEye")->property("visible").toBool(); }));
+  EXPECT_TRUE(waitUntil([&] {
+    return findNamed(item("cartridge:Renamed Drive"), "watchedEye")->property("visible").toBool();
+  }));
   rightClick("cartridge:Renamed Drive");
   EXPECT_EQ(shown("cartridgeMenu.watch")->property("text").toString(),
             QStringLiteral("\u2713 Auto-Update When Files Change"));

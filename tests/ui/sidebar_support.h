@@ -33,7 +33,8 @@ class SidebarTest : public MainWindowTest {
 
   // Starts from an empty library, whatever an earlier test in this process left.
   void removeAllCatalogs() {
-    for (const Catalog& c : model().catalogs()) model().store()->deleteCatalog(c.id, model().thumbnailsPath());
+    for (const Catalog& c : model().catalogs())
+      model().store()->deleteCatalog(c.id, model().thumbnailsPath());
     for (const CatalogGroup& g : model().groups()) model().store()->deleteGroup(g.id);
     model().reload();
   }
@@ -52,7 +53,8 @@ class SidebarTest : public MainWindowTest {
     options.metadata = false;
     options.thumbnails = false;
     model().beginScan(root, name, std::nullopt, options);
-    EXPECT_TRUE(waitUntil([&] { return !model().scanner()->isRunning() && model().scanResult().has_value(); }));
+    EXPECT_TRUE(
+        waitUntil([&] { return !model().scanner()->isRunning() && model().scanResult().has_value(); }));
     model().dismissScanResult();
     return catalogNamed(name.toStdString());
   }

@@ -70,8 +70,9 @@ TEST_F(SidebarTest, SampleCartridgesStandUnderTheirGroupsWithTheirTotalsAndStatu
     EXPECT_TRUE(findNamed(item(name), "capacityBar")->property("visible").toBool()) << c.cartridge;
   }
   const Catalog vault = catalogNamed("Photo Vault");
-  EXPECT_EQ(textOf("cartridge:Photo Vault", "totals"),
-            QString::fromStdString(Fmt::count(vault.fileCount) + " files \u00B7 " + Fmt::size(vault.totalSize)));
+  EXPECT_EQ(
+      textOf("cartridge:Photo Vault", "totals"),
+      QString::fromStdString(Fmt::count(vault.fileCount) + " files \u00B7 " + Fmt::size(vault.totalSize)));
   // With no catalog outside a group there is no "UNGROUPED" heading.
   EXPECT_FALSE(item("ungroupedHeading")->isVisible());
   // A sample is selected, and only its cartridge is lit.

@@ -88,7 +88,8 @@ TEST_F(SidebarTest, SavingTheCurrentSearchTrimsBlanksAndNamesItInTheToast) {
   actions.saveCurrentSearch();
   EXPECT_EQ(proposed, QStringLiteral("My Search"));
   EXPECT_EQ(storedNames(), (std::vector<std::string>{"Raw Files"}));
-  EXPECT_EQ(model().toast(), std::optional<QString>(QStringLiteral("Smart search \u201C  Raw Files  \u201D saved")));
+  EXPECT_EQ(model().toast(),
+            std::optional<QString>(QStringLiteral("Smart search \u201C  Raw Files  \u201D saved")));
   shown("smartSearch:Raw Files");
 
   // A blank name keeps nothing.
