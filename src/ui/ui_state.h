@@ -17,8 +17,7 @@ namespace orrelin {
 
 class UIState : public QObject {
   Q_OBJECT
-  QML_ELEMENT
-  QML_SINGLETON
+  // QML reaches the shared instance as the singleton "UIState" (ui/qml_singletons.h).
 
   // The current theme's index in allThemes().
   Q_PROPERTY(int theme READ themeIndex WRITE setThemeIndex NOTIFY themeChanged)

@@ -64,8 +64,7 @@ struct LaunchRequests {
 
 class AppModel : public QObject {
   Q_OBJECT
-  QML_ELEMENT
-  QML_SINGLETON
+  // QML reaches the shared instance as the singleton "AppModel" (ui/qml_singletons.h).
 
   // False while the database could not be opened.
   Q_PROPERTY(bool hasStore READ hasStore NOTIFY storeChanged)

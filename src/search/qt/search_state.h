@@ -26,8 +26,7 @@ class CatalogDB;
 
 class SearchState : public QObject {
   Q_OBJECT
-  QML_ELEMENT
-  QML_SINGLETON
+  // QML reaches the shared instance as the singleton "SearchState" (ui/qml_singletons.h).
 
   Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
   // The mode's raw value: "Contains", "Starts With", "Exact Name" or "Regex".
