@@ -200,6 +200,10 @@ TEST_F(ScanScreensTest, PanelPausesResumesFoldsAndCancels) {
   blocker.exec("BEGIN IMMEDIATE");
   click(QStringLiteral("startScanButton"));
   QQuickItem* hud = shown(QStringLiteral("scanHUD"));
+  EXPECT_TRUE(QRegularExpression(QStringLiteral("^Preparing · 0:0\\d elapsed$"))
+                  .match(text(QStringLiteral("hudPhase")))
+                  .hasMatch())
+      << text(QStringLiteral("hudPhase")).toStdString();
   click(QStringLiteral("hudPauseButton"));
   EXPECT_TRUE(model().scanner()->isPaused());
   EXPECT_EQ(text(QStringLiteral("hudStatus")), QStringLiteral("SCAN PAUSED"));
