@@ -28,7 +28,8 @@ NewCatalogState::NewCatalogState(QObject* parent)
     : QObject(parent), m_volumes(VolumeInfo::mounted()), m_options(ScanOptions::defaults()) {
   const AppModel& model = AppModel::shared();
   if (auto selected = model.selectedCatalog()) m_groupID = selected->groupID;
-  for (const CatalogGroup& group : model.groups()) m_groups.emplace_back(group.id, QString::fromStdString(group.name));
+  for (const CatalogGroup& group : model.groups())
+    m_groups.emplace_back(group.id, QString::fromStdString(group.name));
 }
 
 QVariantList NewCatalogState::volumeList() const {
@@ -59,7 +60,8 @@ void NewCatalogState::setGroupIDValue(qint64 id) {
 }
 
 QVariantList NewCatalogState::groupChoices() const {
-  QVariantList list{QVariantMap{{"id", QVariant::fromValue<qint64>(-1)}, {"name", QStringLiteral("Ungrouped")}}};
+  QVariantList list{
+      QVariantMap{{"id", QVariant::fromValue<qint64>(-1)}, {"name", QStringLiteral("Ungrouped")}}};
   for (const auto& [id, name] : m_groups) {
     list << QVariantMap{{"id", QVariant::fromValue<qint64>(id)}, {"name", name}};
   }

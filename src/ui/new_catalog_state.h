@@ -39,8 +39,8 @@ class NewCatalogState : public QObject {
   Q_PROPERTY(bool thumbnails READ thumbnails WRITE setThumbnails NOTIFY optionsChanged)
   Q_PROPERTY(bool hashes READ hashes WRITE setHashes NOTIFY optionsChanged)
   Q_PROPERTY(bool includeHidden READ includeHidden WRITE setIncludeHidden NOTIFY optionsChanged)
-  Q_PROPERTY(bool treatPackagesAsFiles READ treatPackagesAsFiles WRITE setTreatPackagesAsFiles NOTIFY
-                 optionsChanged)
+  Q_PROPERTY(
+      bool treatPackagesAsFiles READ treatPackagesAsFiles WRITE setTreatPackagesAsFiles NOTIFY optionsChanged)
 
  public:
   // Reads the mounted volumes, the group of the selected catalog and the stored scan defaults.

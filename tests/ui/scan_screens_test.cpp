@@ -208,7 +208,8 @@ TEST_F(ScanScreensTest, PanelPausesResumesFoldsAndCancels) {
   EXPECT_TRUE(model().scanner()->isPaused());
   EXPECT_EQ(text(QStringLiteral("hudStatus")), QStringLiteral("SCAN PAUSED"));
   EXPECT_EQ(text(QStringLiteral("hudPauseButton")), QStringLiteral("Resume"));
-  EXPECT_EQ(find(QStringLiteral("hudPauseButton"))->property("symbol").toString(), QStringLiteral("play.fill"));
+  EXPECT_EQ(find(QStringLiteral("hudPauseButton"))->property("symbol").toString(),
+            QStringLiteral("play.fill"));
   EXPECT_FALSE(find(QStringLiteral("hudRadar"))->property("active").toBool());
 
   // Expanded, as a scan the user started opens.
@@ -237,7 +238,8 @@ TEST_F(ScanScreensTest, PanelPausesResumesFoldsAndCancels) {
   EXPECT_TRUE(item(QStringLiteral("hudCount"))->isVisible());
   EXPECT_EQ(find(QStringLiteral("hudToggle"))->property("tip").toString(), QStringLiteral("Expand"));
   EXPECT_EQ(find(QStringLiteral("hudRadar"))->property("blips").toInt(), 4);
-  ASSERT_TRUE(waitUntil([&] { return hud->height() < 160; })) << "the folded panel is " << hud->height() << " high";
+  ASSERT_TRUE(waitUntil([&] { return hud->height() < 160; }))
+      << "the folded panel is " << hud->height() << " high";
   click(QStringLiteral("hudToggle"));
   EXPECT_TRUE(model().scanner()->expanded());
   EXPECT_TRUE(item(QStringLiteral("hudPhase"))->isVisible());
@@ -261,7 +263,8 @@ TEST_F(ScanScreensTest, PanelPausesResumesFoldsAndCancels) {
   EXPECT_EQ(find(QStringLiteral("resultIcon"))->property("symbol").toString(),
             QStringLiteral("exclamationmark.triangle.fill"));
   EXPECT_TRUE(text(QStringLiteral("resultLine")).startsWith(QStringLiteral("“Archive” · finished in ")));
-  EXPECT_TRUE(text(QStringLiteral("resultLine")).endsWith(QStringLiteral(" · the catalog holds what was scanned so far")));
+  EXPECT_TRUE(text(QStringLiteral("resultLine"))
+                  .endsWith(QStringLiteral(" · the catalog holds what was scanned so far")));
   EXPECT_EQ(model().scanResult()->addedCount, 0);
 }
 
@@ -279,7 +282,8 @@ TEST_F(ScanScreensTest, ResultSheetListsWhatChangedAndBrowses) {
   ASSERT_EQ(result.addedCount, 600);
   ASSERT_EQ(result.added.size(), 500u);
   EXPECT_EQ(text(QStringLiteral("resultTitle")), QStringLiteral("Catalog Created"));
-  EXPECT_EQ(find(QStringLiteral("resultIcon"))->property("symbol").toString(), QStringLiteral("checkmark.seal.fill"));
+  EXPECT_EQ(find(QStringLiteral("resultIcon"))->property("symbol").toString(),
+            QStringLiteral("checkmark.seal.fill"));
   EXPECT_TRUE(QRegularExpression(QStringLiteral("^“Projects” · finished in \\d+\\.\\d seconds$"))
                   .match(text(QStringLiteral("resultLine")))
                   .hasMatch())
