@@ -16,12 +16,6 @@ namespace {
 // Texts from the system (volume labels, paths) are bytes; the screens get their stored, valid form.
 QString shown(const std::string& bytes) { return QString::fromStdString(NameMapping::fromDisk(bytes)); }
 
-QString volumeSymbol(const VolumeInfo& info) {
-  if (info.isNetwork) return QStringLiteral("network");
-  if (info.isRemovable) return QStringLiteral("externaldrive.fill");
-  return QStringLiteral("internaldrive.fill");
-}
-
 }  // namespace
 
 NewCatalogState::NewCatalogState(QObject* parent)
@@ -127,6 +121,12 @@ bool NewCatalogState::start() {
 }
 
 void NewCatalogState::cancel() { AppModel::shared().setNewCatalogSheet(false); }
+
+QString NewCatalogState::volumeSymbol(const VolumeInfo& info) {
+  if (info.isNetwork) return QStringLiteral("network");
+  if (info.isRemovable) return QStringLiteral("externaldrive.fill");
+  return QStringLiteral("internaldrive.fill");
+}
 
 QString NewCatalogState::lastComponent(const fs::path& path) {
   fs::path clean = path.lexically_normal();

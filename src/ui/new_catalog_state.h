@@ -88,6 +88,9 @@ class NewCatalogState : public QObject {
 
   // The name a catalog of `path` takes when none is typed: its last component ("/" for the root).
   static QString lastComponent(const std::filesystem::path& path);
+  // The icon of a volume's card: "network" for a network volume, else "externaldrive.fill" for a removable
+  // one, else "internaldrive.fill".
+  static QString volumeSymbol(const VolumeInfo& info);
 
  signals:
   void chosenChanged();

@@ -1,5 +1,7 @@
 // The New Catalog sheet, the scan panel and the result sheet, driven as a user drives them, over real
 // folders scanned into the real database.
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QRegularExpression>
 #include <QSignalSpy>
 
@@ -7,8 +9,10 @@
 
 #include "app/qt/dialogs.h"
 #include "scan/volume_info.h"
+#include "store/fmt.h"
 #include "store/sqlite_db.h"
 #include "support/temp_dir.h"
+#include "ui/new_catalog_state.h"
 #include "ui_fixture.h"
 
 namespace orrelin::testing {
@@ -42,6 +46,7 @@ class ScanScreensTest : public MainWindowTest {
     }
     model().dismissScanResult();
     model().setNewCatalogSheet(false);
+    ui().setZoom(1.0);
     MainWindowTest::TearDown();
   }
 
@@ -50,6 +55,33 @@ class ScanScreensTest : public MainWindowTest {
     return found ? found->property("text").toString() : QStringLiteral("<no %1>").arg(name);
   }
   bool enabled(const QString& name) const { return shown(name)->isEnabled(); }
+
+  // Whether `inner` lies wholly inside `outer`, as drawn in the window.
+  static bool inside(QQuickItem* inner, QQuickItem* outer) {
+    const QRectF a = inner->mapRectToScene(QRectF(0, 0, inner->width(), inner->height()));
+    const QRectF b = outer->mapRectToScene(QRectF(0, 0, outer->width(), outer->height()));
+    return b.adjusted(-0.5, -0.5, 0.5, 0.5).contains(a);
+  }
+  static bool holds(QQuickItem* ancestor, QQuickItem* item) {
+    for (; item; item = item->parentItem()) {
+      if (item == ancestor) return true;
+    }
+    return false;
+  }
+  // Presses Tab `count` times, then Shift+Tab as often; returns the names of the controls that took the
+  // focus, failing when one of them lies outside `sheet`.
+  QStringList tabAround(const QString& sheet, int count) {
+    QQuickItem* panel = shown(sheet);
+    QStringList seen;
+    for (int i = 0; i < 2 * count; ++i) {
+      key(Qt::Key_Tab, i < count ? Qt::NoModifier : Qt::ShiftModifier);
+      QQuickItem* focused = window()->activeFocusItem();
+      EXPECT_TRUE(holds(panel, focused)) << "Tab " << i << " left " << sheet.toStdString() << " for "
+                                         << (focused ? focused->objectName().toStdString() : "nothing");
+      if (focused && !seen.contains(focused->objectName())) seen << focused->objectName();
+    }
+    return seen;
+  }
 
   // Clicks `name` once it has come to rest: a panel that has just appeared is laid out, and may grow,
   // at its first frames.
@@ -325,6 +357,147 @@ TEST_F(ScanScreensTest, ResultSheetListsWhatChangedAndBrowses) {
   EXPECT_EQ(list->property("count").toInt(), 1);
   key(Qt::Key_Return);
   EXPECT_FALSE(model().scanResult().has_value());
+}
+
+TEST_F(ScanScreensTest, TabGoesRoundTheSheetAndNeverBehindIt) {
+  // Controls behind the sheet (the sidebar, the header, the empty screen's buttons) must stay out of reach.
+  TempDir drive;
+  const fs::path folder = drive.path() / "Keys";
+  makeTree(folder, 0, 2);
+  model().startNewCatalog();
+  QStringList seen = tabAround(QStringLiteral("newCatalogSheet"), 14);
+  for (const char* name : {"chooseFolderButton", "catalogNameField", "groupPicker", "optionMetadata",
+                           "optionPackages", "newCatalogCancel"}) {
+    EXPECT_TRUE(seen.contains(QLatin1String(name))) << name << " never took the focus";
+  }
+  EXPECT_FALSE(seen.contains(QStringLiteral("startScanButton")));  // Disabled without a choice.
+  key(Qt::Key_Escape);
+  EXPECT_FALSE(model().newCatalogSheet());
+  ASSERT_TRUE(gone(QStringLiteral("newCatalogSheet")));
+
+  openSheetAndChoose(folder);
+  key(Qt::Key_Return);
+  ASSERT_NO_FATAL_FAILURE(waitForResult());
+  seen = tabAround(QStringLiteral("scanResultSheet"), 6);
+  for (const char* name :
+       {"resultTileAdded", "resultTileRemoved", "browseCatalogButton", "resultDoneButton"}) {
+    EXPECT_TRUE(seen.contains(QLatin1String(name))) << name << " never took the focus";
+  }
+  key(Qt::Key_Escape);
+  EXPECT_FALSE(model().scanResult().has_value());
+}
+
+TEST_F(ScanScreensTest, SheetsAndPanelFitTheWindowFromHalfToTwoAndAHalfTimesTheSize) {
+  // A name of 60 characters without a space, with an emoji and right-to-left text, and a file whose name
+  // holds a line break.
+  const std::string longName =
+      std::string(40, 'N') + "\xF0\x9F\x93\x80" + "\xD9\x86\xD8\xA7\xD9\x85" + std::string(15, 'x');
+  TempDir drive;
+  const fs::path folder = drive.path() / longName;
+  makeTree(folder, 0, 3);
+  writeFile(folder / "two\nlines.txt", "z");
+  QQuickItem* content = window()->contentItem();
+
+  for (double zoom : {0.5, 2.5}) {
+    SCOPED_TRACE(zoom);
+    ui().setZoom(zoom);
+    model().startNewCatalog();
+    QQuickItem* sheet = shown(QStringLiteral("newCatalogSheet"));
+    waitUntil(
+        [&] { return inside(sheet, content) && inside(item(QStringLiteral("startScanButton")), sheet); },
+        2000);
+    EXPECT_TRUE(inside(sheet, content)) << sheet->width() << "x" << sheet->height();
+    EXPECT_TRUE(inside(shown(QStringLiteral("startScanButton")), sheet));
+    EXPECT_TRUE(inside(shown(QStringLiteral("newCatalogCancel")), sheet));
+    model().setNewCatalogSheet(false);
+    ASSERT_TRUE(gone(QStringLiteral("newCatalogSheet")));
+  }
+
+  // The panel, held before the scan's first write: its note is whole in both forms, and it stays in
+  // the window.
+  openSheetAndChoose(folder);
+  EXPECT_EQ(text(QStringLiteral("catalogNameField")).toStdString(), longName);
+  SQLiteDB blocker(model().databasePath().string());
+  blocker.exec("BEGIN IMMEDIATE");
+  click(QStringLiteral("startScanButton"));
+  QQuickItem* hud = shown(QStringLiteral("scanHUD"));
+  for (double zoom : {0.5, 1.0, 2.5}) {
+    ui().setZoom(zoom);
+    for (bool expanded : {true, false}) {
+      SCOPED_TRACE(
+          QStringLiteral("zoom %1, %2").arg(zoom).arg(expanded ? "expanded" : "folded").toStdString());
+      model().scanner()->setExpanded(expanded);
+      // Once the fold's animation and the layout have settled.
+      waitUntil(
+          [&] {
+            return !find(QStringLiteral("hudNote"))->property("truncated").toBool() && inside(hud, content) &&
+                   inside(item(QStringLiteral("hudName")), hud);
+          },
+          2000);
+      EXPECT_FALSE(find(QStringLiteral("hudNote"))->property("truncated").toBool());
+      EXPECT_TRUE(inside(hud, content));
+      EXPECT_TRUE(inside(item(QStringLiteral("hudName")), hud));
+    }
+  }
+  ui().setZoom(1.0);
+  blocker.exec("ROLLBACK");
+  ASSERT_NO_FATAL_FAILURE(waitForResult());
+  EXPECT_EQ(model().scanResult()->catalogName, longName);
+
+  // The result line wraps the long name inside the sheet; the path with a line break keeps to one row.
+  QQuickItem* line = shown(QStringLiteral("resultLine"));
+  EXPECT_GE(line->property("lineCount").toInt(), 2);
+  EXPECT_LE(line->property("contentWidth").toReal(), line->width() + 1);
+  QQuickItem* list = shown(QStringLiteral("resultList"));
+  QStringList rows;
+  for (QQuickItem* row : qvariant_cast<QQuickItem*>(list->property("contentItem"))->childItems()) {
+    rows << row->property("text").toString();
+  }
+  EXPECT_TRUE(rows.contains(QStringLiteral("two lines.txt"))) << rows.join(QLatin1Char('|')).toStdString();
+  for (double zoom : {0.5, 2.5}) {
+    ui().setZoom(zoom);
+    QQuickItem* sheet = shown(QStringLiteral("scanResultSheet"));
+    QQuickItem* done = shown(QStringLiteral("resultDoneButton"));
+    waitUntil([&] { return inside(sheet, content) && inside(done, sheet); }, 2000);
+    EXPECT_TRUE(inside(sheet, content)) << zoom;
+    EXPECT_TRUE(inside(done, sheet)) << zoom << ": the sheet is " << sheet->height() << " high";
+  }
+}
+
+TEST_F(ScanScreensTest, VolumeCardsShowTheirKindNameAndSpace) {
+  VolumeInfo network, removable, internal;
+  network.isNetwork = removable.isRemovable = true;
+  network.isRemovable = true;  // A network share wins over a removable one.
+  EXPECT_EQ(NewCatalogState::volumeSymbol(network), QStringLiteral("network"));
+  EXPECT_EQ(NewCatalogState::volumeSymbol(removable), QStringLiteral("externaldrive.fill"));
+  EXPECT_EQ(NewCatalogState::volumeSymbol(internal), QStringLiteral("internaldrive.fill"));
+
+  QQmlComponent cardType(qmlEngine(window()), QUrl(QStringLiteral("qrc:/Orrelin/VolumeCard.qml")));
+  ASSERT_TRUE(cardType.isReady()) << cardType.errorString().toStdString();
+  struct Case {
+    QVariantMap volume;
+    QString title, detail;
+  };
+  const QString sized =
+      QString::fromStdString(Fmt::size(500'000'000'000) + " free of " + Fmt::size(2'000'000'000'000));
+  const std::vector<Case> cases{
+      {{{"url", "/media/x"}, {"name", ""}, {"symbol", "externaldrive.fill"}, {"capacity", 0}, {"free", 0}},
+       QStringLiteral("Volume"),
+       QString()},
+      {{{"url", "/mnt/nas"},
+        {"name", "NAS"},
+        {"symbol", "network"},
+        {"capacity", 2'000'000'000'000LL},
+        {"free", 500'000'000'000LL}},
+       QStringLiteral("NAS"),
+       sized},
+  };
+  for (const Case& c : cases) {
+    std::unique_ptr<QObject> card(cardType.createWithInitialProperties({{"volume", c.volume}}));
+    ASSERT_TRUE(card) << cardType.errorString().toStdString();
+    EXPECT_EQ(card->property("title").toString(), c.title);
+    EXPECT_EQ(card->property("detail").toString(), c.detail);
+  }
 }
 
 }  // namespace

@@ -55,6 +55,17 @@ Button {
             }
         }
 
+        // The keyboard focus: a ring just outside the button.
+        Rectangle {
+            visible: button.visualFocus
+            anchors.fill: parent
+            anchors.margins: -Theme.s(3)
+            radius: parent.corner + Theme.s(3)
+            color: "transparent"
+            border.width: Math.max(1, Theme.s(1.5))
+            border.color: Theme.p.accent
+        }
+
         Rectangle {
             anchors.fill: parent
             radius: parent.corner

@@ -3,6 +3,7 @@
 // Escape that it leaves unhandled call its accept() and cancel() when it has them, and otherwise Escape
 // asks the window to put the sheet away (dismissRequested).
 import QtQuick
+import QtQuick.Window
 import Orrelin
 
 FocusScope {
@@ -34,6 +35,38 @@ FocusScope {
     function accept(event) {
         event.accepted = true
         if (content && typeof content.accept === "function") content.accept()
+    }
+
+    // Tab and Shift+Tab go round the sheet's controls only: the window behind is out of reach while the
+    // sheet is up. Off while the focus is elsewhere (a list popped up from the sheet, a layer above).
+    Shortcut {
+        sequence: "Tab"
+        enabled: layer.active && layer.activeFocus
+        onActivated: layer.moveFocus(true)
+    }
+    Shortcut {
+        sequence: "Shift+Tab"
+        enabled: layer.active && layer.activeFocus
+        onActivated: layer.moveFocus(false)
+    }
+
+    function holds(item) {
+        for (let it = item; it; it = it.parent) {
+            if (it === layer) return true
+        }
+        return false
+    }
+    function moveFocus(forward) {
+        const reason = forward ? Qt.TabFocusReason : Qt.BacktabFocusReason
+        let next = Window.activeFocusItem
+        // The chain is the whole window's; skip what lies outside this layer.
+        for (let step = 0; next && step < 2000; ++step) {
+            next = next.nextItemInFocusChain(forward)
+            if (next && next.visible && next.enabled && holds(next) && next !== layer) {
+                next.forceActiveFocus(reason)
+                return
+            }
+        }
     }
 
     Rectangle {

@@ -13,17 +13,39 @@ GlassPanel {
 
     readonly property real pad: Theme.s(24)
     readonly property real gap: Theme.s(10)
-    // Everything but the volume list; the list takes what is left of the window, so the sheet always fits.
-    readonly property real fixedHeight: header.implicitHeight + form.implicitHeight + footer.implicitHeight
-                                        + volumesCaption.implicitHeight + chooseFolder.implicitHeight
-                                        + 2 * pad + 6 * column.spacing
-    readonly property real roomForVolumes: Math.max(Theme.s(70), Window.height - Theme.s(60) - fixedHeight)
+    // The window's room, less a margin; the design size while the sheet is not yet in a window.
+    readonly property real roomWidth: Window.width > 0 ? Window.width - Theme.s(32) : Theme.s(760)
+    readonly property real roomHeight: Window.height > 0 ? Window.height - Theme.s(32) : 1e6
+    readonly property real naturalHeight: header.implicitHeight + body.implicitHeight
+                                          + footer.implicitHeight + 2 * pad + 2 * column.spacing
 
-    width: Theme.s(760)
-    height: column.implicitHeight + 2 * pad
+    // The design size when the window has room for it; else the middle scrolls (a short window, a high
+    // zoom, many volumes) while the header and the buttons stay in view.
+    width: Math.min(Theme.s(760), roomWidth)
+    height: Math.min(naturalHeight, roomHeight)
     highlight: true
     // Opaque, so the screen below does not show through the sheet.
     color: Qt.tint(Theme.p.bgBottom, Theme.p.panel)
+
+    // Brings a control that takes the keyboard focus into view in the scrolling middle.
+    function reveal(item) {
+        if (!item || !scrollArea.contentItem) return
+        for (let it = item; it && it !== scrollArea.contentItem; it = it.parent) {
+            if (it.parent === scrollArea.contentItem || it === body) {
+                const top = item.mapToItem(scrollArea.contentItem, 0, 0).y
+                const bottom = top + item.height
+                if (top < scrollArea.contentY) scrollArea.contentY = Math.max(0, top - sheet.gap)
+                else if (bottom > scrollArea.contentY + scrollArea.height)
+                    scrollArea.contentY = Math.min(scrollArea.contentHeight - scrollArea.height,
+                                                   bottom - scrollArea.height + sheet.gap)
+                return
+            }
+        }
+    }
+    Connections {
+        target: sheet.Window.window
+        function onActiveFocusItemChanged() { sheet.reveal(sheet.Window.activeFocusItem) }
+    }
 
     ColumnLayout {
         id: column
@@ -49,9 +71,11 @@ GlassPanel {
                 Layout.fillWidth: true
                 spacing: Theme.s(4)
                 Text {
+                    Layout.fillWidth: true
                     text: "Catalog a Drive or Folder"
                     font: Theme.f(20, Font.Bold)
                     color: Theme.p.text
+                    elide: Text.ElideRight
                 }
                 Text {
                     Layout.fillWidth: true
@@ -65,212 +89,222 @@ GlassPanel {
             }
         }
 
-        // 2. What to scan
-        SectionTitle {
-            id: volumesCaption
-            text: "Mounted volumes"
-        }
         Flickable {
-            id: volumeArea
-            objectName: "volumeArea"
+            id: scrollArea
+            objectName: "newCatalogBody"
             Layout.fillWidth: true
-            Layout.preferredHeight: Math.min(volumeGrid.height, sheet.roomForVolumes)
-            contentHeight: volumeGrid.height
+            Layout.fillHeight: true
+            contentHeight: body.implicitHeight
             clip: true
             boundsBehavior: Flickable.StopAtBounds
-            ScrollBar.vertical: ScrollBar { policy: volumeArea.contentHeight > volumeArea.height
-                                                    ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff }
-
-            Grid {
-                id: volumeGrid
-                // As many columns of at least 200 as fit, sharing the width evenly.
-                readonly property real cellWidth: (width - (columns - 1) * columnSpacing) / columns
-                width: volumeArea.width
-                columns: Math.max(1, Math.floor((width + sheet.gap) / (Theme.s(200) + sheet.gap)))
-                columnSpacing: sheet.gap
-                rowSpacing: sheet.gap
-                Repeater {
-                    model: sheetState.volumes
-                    VolumeCard {
-                        objectName: "volumeCard" + index
-                        width: volumeGrid.cellWidth
-                        volume: modelData
-                        selected: sheetState.chosen.length > 0 && sheetState.chosen === modelData.url
-                        onClicked: sheetState.chooseVolume(index)
-                    }
-                }
-            }
-        }
-        RowLayout {
-            id: chooseFolder
-            Layout.fillWidth: true
-            spacing: Theme.s(12)
-            LaserButton {
-                objectName: "chooseFolderButton"
-                text: "Choose a Folder…"
-                symbol: "folder.badge.plus"
-                onClicked: sheetState.chooseFolder()
-            }
-            // What will be scanned, when it is not one of the volumes above.
-            Text {
-                objectName: "chosenPath"
-                Layout.fillWidth: true
-                text: sheetState.chosen
-                elide: Text.ElideMiddle
-                font: Theme.f(11, Font.Normal, true)
-                color: Theme.p.subtext
-            }
-        }
-
-        // 3 and 4. The catalog and the options
-        GridLayout {
-            id: form
-            Layout.fillWidth: true
-            columns: 2
-            columnSpacing: Theme.s(12)
-            rowSpacing: Theme.s(8)
-
-            SectionTitle {
-                Layout.columnSpan: 2
-                Layout.topMargin: Theme.s(4)
-                text: "Catalog"
-            }
-            Text {
-                text: "Name"
-                font: Theme.f(13)
-                color: Theme.p.subtext
-            }
-            TextField {
-                id: nameField
-                objectName: "catalogNameField"
-                Layout.fillWidth: true
-                placeholderText: "Catalog name"
-                text: sheetState.name
-                onTextEdited: sheetState.name = text
-                onAccepted: sheetState.start()
-                font: Theme.f(13)
-                color: Theme.p.text
-                placeholderTextColor: Theme.alpha(Theme.p.subtext, 0.7)
-                selectionColor: Theme.alpha(Theme.p.accent, 0.45)
-                selectedTextColor: Theme.p.text
-                leftPadding: Theme.s(10)
-                rightPadding: Theme.s(10)
-                topPadding: Theme.s(6)
-                bottomPadding: Theme.s(6)
-                background: Rectangle {
-                    radius: Theme.s(7)
-                    color: Theme.alpha(Theme.p.bgBottom, 0.6)
-                    border.width: Math.max(1, Theme.s(1))
-                    border.color: nameField.activeFocus ? Theme.p.accent : Theme.p.stroke
-                }
-            }
-            Text {
-                text: "Group"
-                font: Theme.f(13)
-                color: Theme.p.subtext
-            }
-            ComboBox {
-                id: groupPicker
-                objectName: "groupPicker"
-                Layout.preferredWidth: Theme.s(280)
-                model: sheetState.groupChoices
-                textRole: "name"
-                currentIndex: sheetState.groupIndex
-                onActivated: (index) => sheetState.groupIndex = index
-                font: Theme.f(13)
-                leftPadding: Theme.s(10)
-                rightPadding: Theme.s(30)
-                topPadding: Theme.s(6)
-                bottomPadding: Theme.s(6)
-                contentItem: Text {
-                    text: groupPicker.displayText
-                    font: groupPicker.font
-                    color: Theme.p.text
-                    verticalAlignment: Text.AlignVCenter
-                    elide: Text.ElideRight
-                }
-                indicator: SvgIcon {
-                    x: groupPicker.width - width - Theme.s(10)
-                    y: (groupPicker.height - height) / 2
-                    symbol: "chevron.down"
-                    size: Theme.s(11)
-                    color: Theme.p.subtext
-                }
-                background: Rectangle {
-                    radius: Theme.s(7)
-                    color: Theme.alpha(Theme.p.accent, groupPicker.pressed ? 0.18 : groupPicker.hovered ? 0.12 : 0.07)
-                    border.width: Math.max(1, Theme.s(1))
-                    border.color: groupPicker.visualFocus ? Theme.p.accent : Theme.p.stroke
-                }
-                delegate: ItemDelegate {
-                    required property var modelData
-                    required property int index
-                    width: groupPicker.width
-                    text: modelData.name
-                    font: groupPicker.font
-                    highlighted: groupPicker.highlightedIndex === index
-                    contentItem: Text {
-                        text: parent.text
-                        font: parent.font
-                        color: Theme.p.text
-                        elide: Text.ElideRight
-                        verticalAlignment: Text.AlignVCenter
-                    }
-                    background: Rectangle {
-                        color: parent.highlighted ? Theme.alpha(Theme.p.accent, 0.25) : "transparent"
-                    }
-                }
-                popup.background: Rectangle {
-                    radius: Theme.s(7)
-                    color: Theme.p.bgBottom
-                    border.width: Math.max(1, Theme.s(1))
-                    border.color: Theme.p.stroke
-                }
+            ScrollBar.vertical: ScrollBar {
+                id: scrollBar
+                policy: scrollArea.contentHeight > scrollArea.height + 1 ? ScrollBar.AlwaysOn
+                                                                         : ScrollBar.AlwaysOff
             }
 
-            SectionTitle {
-                Layout.columnSpan: 2
-                Layout.topMargin: Theme.s(10)
-                text: "Options"
-            }
             ColumnLayout {
-                Layout.columnSpan: 2
-                Layout.fillWidth: true
-                spacing: Theme.s(2)
-                OptionSwitch {
-                    objectName: "optionMetadata"
-                    Layout.fillWidth: true
-                    text: "Extract media metadata (audio, video, photos, PDFs)"
-                    checked: sheetState.metadata
-                    onToggled: sheetState.metadata = checked
+                id: body
+                width: scrollArea.width
+                       - (scrollBar.policy === ScrollBar.AlwaysOn ? scrollBar.width + Theme.s(6) : 0)
+                spacing: Theme.s(14)
+
+                // 2. What to scan
+                SectionTitle {
+                    id: volumesCaption
+                    text: "Mounted volumes"
                 }
-                OptionSwitch {
-                    objectName: "optionThumbnails"
+                Grid {
+                    id: volumeGrid
                     Layout.fillWidth: true
-                    text: "Generate thumbnails for images, video and PDFs"
-                    checked: sheetState.thumbnails
-                    onToggled: sheetState.thumbnails = checked
+                    // As many columns of at least 200 as fit, sharing the width evenly.
+                    readonly property real cellWidth: (width - (columns - 1) * columnSpacing) / columns
+                    columns: Math.max(1, Math.floor((width + sheet.gap) / (Theme.s(200) + sheet.gap)))
+                    columnSpacing: sheet.gap
+                    rowSpacing: sheet.gap
+                    Repeater {
+                        model: sheetState.volumes
+                        VolumeCard {
+                            objectName: "volumeCard" + index
+                            width: volumeGrid.cellWidth
+                            volume: modelData
+                            selected: sheetState.chosen.length > 0 && sheetState.chosen === modelData.url
+                            onClicked: sheetState.chooseVolume(index)
+                        }
+                    }
                 }
-                OptionSwitch {
-                    objectName: "optionHashes"
+                RowLayout {
+                    id: chooseFolder
                     Layout.fillWidth: true
-                    text: "Compute SHA-256 checksums (slower, exact duplicates)"
-                    checked: sheetState.hashes
-                    onToggled: sheetState.hashes = checked
+                    spacing: Theme.s(12)
+                    LaserButton {
+                        objectName: "chooseFolderButton"
+                        text: "Choose a Folder…"
+                        symbol: "folder.badge.plus"
+                        onClicked: sheetState.chooseFolder()
+                    }
+                    // What will be scanned, when it is not one of the volumes above.
+                    Text {
+                        objectName: "chosenPath"
+                        Layout.fillWidth: true
+                        text: sheetState.chosen
+                        elide: Text.ElideMiddle
+                        font: Theme.f(11, Font.Normal, true)
+                        color: Theme.p.subtext
+                    }
                 }
-                OptionSwitch {
-                    objectName: "optionHidden"
+
+                // 3 and 4. The catalog and the options
+                GridLayout {
+                    id: form
                     Layout.fillWidth: true
-                    text: "Include hidden files"
-                    checked: sheetState.includeHidden
-                    onToggled: sheetState.includeHidden = checked
-                }
-                OptionSwitch {
-                    objectName: "optionPackages"
-                    Layout.fillWidth: true
-                    text: "Treat apps and packages as single files"
-                    checked: sheetState.treatPackagesAsFiles
-                    onToggled: sheetState.treatPackagesAsFiles = checked
+                    columns: 2
+                    columnSpacing: Theme.s(12)
+                    rowSpacing: Theme.s(8)
+
+                    SectionTitle {
+                        Layout.columnSpan: 2
+                        Layout.topMargin: Theme.s(4)
+                        text: "Catalog"
+                    }
+                    Text {
+                        text: "Name"
+                        font: Theme.f(13)
+                        color: Theme.p.subtext
+                    }
+                    TextField {
+                        id: nameField
+                        objectName: "catalogNameField"
+                        Layout.fillWidth: true
+                        placeholderText: "Catalog name"
+                        text: sheetState.name
+                        onTextEdited: sheetState.name = text
+                        onAccepted: sheetState.start()
+                        font: Theme.f(13)
+                        color: Theme.p.text
+                        placeholderTextColor: Theme.alpha(Theme.p.subtext, 0.7)
+                        selectionColor: Theme.alpha(Theme.p.accent, 0.45)
+                        selectedTextColor: Theme.p.text
+                        leftPadding: Theme.s(10)
+                        rightPadding: Theme.s(10)
+                        topPadding: Theme.s(6)
+                        bottomPadding: Theme.s(6)
+                        background: Rectangle {
+                            radius: Theme.s(7)
+                            color: Theme.alpha(Theme.p.bgBottom, 0.6)
+                            border.width: Math.max(1, Theme.s(1))
+                            border.color: nameField.activeFocus ? Theme.p.accent : Theme.p.stroke
+                        }
+                    }
+                    Text {
+                        text: "Group"
+                        font: Theme.f(13)
+                        color: Theme.p.subtext
+                    }
+                    ComboBox {
+                        id: groupPicker
+                        objectName: "groupPicker"
+                        Layout.preferredWidth: Theme.s(280)
+                        model: sheetState.groupChoices
+                        textRole: "name"
+                        currentIndex: sheetState.groupIndex
+                        onActivated: (index) => sheetState.groupIndex = index
+                        font: Theme.f(13)
+                        leftPadding: Theme.s(10)
+                        rightPadding: Theme.s(30)
+                        topPadding: Theme.s(6)
+                        bottomPadding: Theme.s(6)
+                        contentItem: Text {
+                            text: groupPicker.displayText
+                            font: groupPicker.font
+                            color: Theme.p.text
+                            verticalAlignment: Text.AlignVCenter
+                            elide: Text.ElideRight
+                        }
+                        indicator: SvgIcon {
+                            x: groupPicker.width - width - Theme.s(10)
+                            y: (groupPicker.height - height) / 2
+                            symbol: "chevron.down"
+                            size: Theme.s(11)
+                            color: Theme.p.subtext
+                        }
+                        background: Rectangle {
+                            radius: Theme.s(7)
+                            color: Theme.alpha(Theme.p.accent, groupPicker.pressed ? 0.18 : groupPicker.hovered ? 0.12 : 0.07)
+                            border.width: Math.max(1, Theme.s(1))
+                            border.color: groupPicker.visualFocus ? Theme.p.accent : Theme.p.stroke
+                        }
+                        delegate: ItemDelegate {
+                            required property var modelData
+                            required property int index
+                            width: groupPicker.width
+                            text: modelData.name
+                            font: groupPicker.font
+                            highlighted: groupPicker.highlightedIndex === index
+                            contentItem: Text {
+                                text: parent.text
+                                font: parent.font
+                                color: Theme.p.text
+                                elide: Text.ElideRight
+                                verticalAlignment: Text.AlignVCenter
+                            }
+                            background: Rectangle {
+                                color: parent.highlighted ? Theme.alpha(Theme.p.accent, 0.25) : "transparent"
+                            }
+                        }
+                        popup.background: Rectangle {
+                            radius: Theme.s(7)
+                            color: Theme.p.bgBottom
+                            border.width: Math.max(1, Theme.s(1))
+                            border.color: Theme.p.stroke
+                        }
+                    }
+
+                    SectionTitle {
+                        Layout.columnSpan: 2
+                        Layout.topMargin: Theme.s(10)
+                        text: "Options"
+                    }
+                    ColumnLayout {
+                        Layout.columnSpan: 2
+                        Layout.fillWidth: true
+                        spacing: Theme.s(2)
+                        OptionSwitch {
+                            objectName: "optionMetadata"
+                            Layout.fillWidth: true
+                            text: "Extract media metadata (audio, video, photos, PDFs)"
+                            checked: sheetState.metadata
+                            onToggled: sheetState.metadata = checked
+                        }
+                        OptionSwitch {
+                            objectName: "optionThumbnails"
+                            Layout.fillWidth: true
+                            text: "Generate thumbnails for images, video and PDFs"
+                            checked: sheetState.thumbnails
+                            onToggled: sheetState.thumbnails = checked
+                        }
+                        OptionSwitch {
+                            objectName: "optionHashes"
+                            Layout.fillWidth: true
+                            text: "Compute SHA-256 checksums (slower, exact duplicates)"
+                            checked: sheetState.hashes
+                            onToggled: sheetState.hashes = checked
+                        }
+                        OptionSwitch {
+                            objectName: "optionHidden"
+                            Layout.fillWidth: true
+                            text: "Include hidden files"
+                            checked: sheetState.includeHidden
+                            onToggled: sheetState.includeHidden = checked
+                        }
+                        OptionSwitch {
+                            objectName: "optionPackages"
+                            Layout.fillWidth: true
+                            text: "Treat apps and packages as single files"
+                            checked: sheetState.treatPackagesAsFiles
+                            onToggled: sheetState.treatPackagesAsFiles = checked
+                        }
+                    }
                 }
             }
         }

@@ -8,8 +8,18 @@ Switch {
 
     hoverEnabled: true
     padding: Theme.s(4)
+    leftPadding: Theme.s(8)
+    rightPadding: Theme.s(8)
     spacing: Theme.s(12)
     font: Theme.f(13)
+
+    // The row lights up under the pointer, and is outlined while it has the keyboard focus.
+    background: Rectangle {
+        radius: Theme.s(7)
+        color: control.hovered ? Theme.alpha(Theme.p.text, 0.04) : "transparent"
+        border.width: control.visualFocus ? Math.max(1, Theme.s(1)) : 0
+        border.color: Theme.alpha(Theme.p.accent, 0.7)
+    }
 
     indicator: Rectangle {
         x: control.width - width - control.rightPadding
@@ -19,8 +29,7 @@ Switch {
         radius: height / 2
         color: control.checked ? Theme.p.accent : Theme.alpha(Theme.p.text, 0.14)
         border.width: Math.max(1, Theme.s(1))
-        border.color: control.checked ? Theme.alpha(Theme.p.glow, 0.8)
-                    : control.visualFocus ? Theme.p.accent : Theme.p.stroke
+        border.color: control.checked ? Theme.alpha(Theme.p.glow, 0.8) : Theme.p.stroke
         Behavior on color { ColorAnimation { duration: 120 } }
 
         Rectangle {

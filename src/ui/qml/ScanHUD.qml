@@ -3,6 +3,7 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import QtQuick.Window
 import Orrelin
 
 GlassPanel {
@@ -14,7 +15,10 @@ GlassPanel {
     // Raised once a second, so the elapsed time (which is computed, not published) is read again.
     property int tick: 0
 
-    width: Theme.s(expanded ? 470 : 400)
+    // The design width, wide enough for the buttons and their note in either form (fonts differ), and
+    // never wider than the window.
+    width: Math.min(Math.max(Theme.s(expanded ? 470 : 440), buttonRow.implicitWidth + 2 * pad),
+                    Window.width > 0 ? Window.width - Theme.s(40) : Infinity)
     height: body.implicitHeight + 2 * pad
     clip: true
     highlight: true
@@ -130,8 +134,10 @@ GlassPanel {
                     objectName: "hudPath"
                     Layout.fillWidth: true
                     visible: hud.expanded
-                    // A blank rather than nothing, so the panel keeps its height.
-                    text: hud.scanner.currentPath.length > 0 ? hud.scanner.currentPath : " "
+                    // A blank rather than nothing, so the panel keeps its height; one line even for a
+                    // name with a line break in it.
+                    text: hud.scanner.currentPath.length > 0
+                          ? hud.scanner.currentPath.replace(/[\r\n]+/g, " ") : " "
                     font: Theme.f(11, Font.Normal, true)
                     color: Theme.alpha(Theme.p.subtext, 0.9)
                     elide: Text.ElideMiddle
@@ -172,6 +178,7 @@ GlassPanel {
         }
 
         RowLayout {
+            id: buttonRow
             Layout.fillWidth: true
             spacing: Theme.s(8)
             LaserButton {

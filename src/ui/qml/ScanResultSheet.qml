@@ -20,7 +20,8 @@ GlassPanel {
                                        result.removedCount || 0][tab]
     readonly property real pad: Theme.s(24)
 
-    width: Theme.s(600)
+    // The design width, or the window's less a margin when it is narrower (a high zoom).
+    width: Math.min(Theme.s(600), Window.width > 0 ? Window.width - Theme.s(32) : Theme.s(600))
     height: column.implicitHeight + 2 * pad
     highlight: true
     // Opaque, so the screen below does not show through the sheet.
@@ -49,7 +50,8 @@ GlassPanel {
         Text {
             objectName: "resultTitle"
             Layout.alignment: Qt.AlignHCenter
-            text: sheet.cancelled ? "Scan Cancelled" : sheet.result.isRescan ? "Catalog Updated" : "Catalog Created"
+            text: sheet.cancelled ? "Scan Cancelled"
+                                  : sheet.result.isRescan ? "Catalog Updated" : "Catalog Created"
             font: Theme.f(20, Font.Bold)
             color: Theme.p.text
         }
@@ -57,7 +59,8 @@ GlassPanel {
             objectName: "resultLine"
             Layout.fillWidth: true
             horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.WordWrap
+            // A long name without spaces breaks anywhere rather than running out of the sheet.
+            wrapMode: Text.Wrap
             text: "“" + (sheet.result.catalogName || "") + "” · finished in "
                   + Number(sheet.result.seconds || 0).toFixed(1) + " seconds"
                   + (sheet.cancelled ? " · the catalog holds what was scanned so far" : "")
@@ -126,7 +129,8 @@ GlassPanel {
                     leftPadding: Theme.s(4)
                     topPadding: Theme.s(1)
                     bottomPadding: Theme.s(1)
-                    text: modelData
+                    // One line even for a name with a line break in it.
+                    text: String(modelData).replace(/[\r\n]+/g, " ")
                     elide: Text.ElideMiddle
                     font: Theme.f(11, Font.Normal, true)
                     color: Theme.p.text
