@@ -25,6 +25,8 @@ int main(int argc, char** argv) {
   setenv("HOME", (home / "home").c_str(), 1);
   setenv("XDG_DATA_HOME", (home / "data").c_str(), 1);
   setenv("XDG_CONFIG_HOME", (home / "config").c_str(), 1);
+  // Qt wants the runtime folder private to the user, as the session's own is.
+  fs::permissions(home, fs::perms::owner_all);
   setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
   if (!getenv("QT_QPA_PLATFORM")) setenv("QT_QPA_PLATFORM", "offscreen", 1);
 
