@@ -1,8 +1,8 @@
 // The main of the interface tests: a widget application (the dialogs are widgets) on the offscreen
 // platform, with a data and settings folder of this process's own, so each test starts as a first run.
+#include <QtQml/qqmlextensionplugin.h>
 #include <QApplication>
 #include <QQuickStyle>
-#include <QtQml/qqmlextensionplugin.h>
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // The window frame as a user meets it: the zoom control and its shortcuts, the theme menu, the quick
 // search, the alert, the status line during and after a scan, and the menu items that follow the
 // selection and the scan.
+#include <QDesktopServices>
 #include <QQmlContext>
 #include <QQmlExpression>
 #include <QQuickItem>
-#include <QVariant>
-#include <QDesktopServices>
 #include <QUrl>
+#include <QVariant>
 
 #include <filesystem>
 #include <string>
@@ -458,7 +458,8 @@ TEST_F(FrameTest, SheetsAlertsAndToastsFitTheWindowAtAnyZoom) {
   key(Qt::Key_Return);
   EXPECT_FALSE(model().hasAlert());
 
-  model().flash(QStringLiteral("Renamed to “%1 🎛️ أرشيف الاستوديو”").arg(QString(60, QChar('M'))));
+  model().flash(QStringLiteral("Renamed to “%1 🎛️ أرشيف الاستوديو”")
+                    .arg(QString(60, QChar('M'))));
   QQuickItem* toast = shown("toast");
   spin(400);
   EXPECT_TRUE(insideWindow(toast)) << toast->width();
@@ -497,7 +498,8 @@ TEST_F(FrameTest, KeysInAFieldStayThereAndTheHelpKeysOpenTheGuide) {
   // Away from the field it is the menu's Delete Catalog.
   item("quickSearchField")->setFocus(false);
   window()->contentItem()->forceActiveFocus();
-  ASSERT_FALSE(window()->activeFocusItem() && window()->activeFocusItem()->objectName() == "quickSearchField");
+  ASSERT_FALSE(window()->activeFocusItem() &&
+               window()->activeFocusItem()->objectName() == "quickSearchField");
   key(Qt::Key_Backspace, Qt::ControlModifier);
   EXPECT_EQ(asked, 1);
   Dialogs::setAnswerer({});
@@ -509,7 +511,8 @@ TEST_F(FrameTest, KeysInAFieldStayThereAndTheHelpKeysOpenTheGuide) {
   key(Qt::Key_F1);
   EXPECT_EQ(recorder.opened.size(), 2);
   QDesktopServices::unsetUrlHandler("file");
-  for (const QUrl& url : recorder.opened) EXPECT_TRUE(url.toLocalFile().endsWith("/Help.html")) << url.toString().toStdString();
+  for (const QUrl& url : recorder.opened)
+    EXPECT_TRUE(url.toLocalFile().endsWith("/Help.html")) << url.toString().toStdString();
 }
 
 }  // namespace
