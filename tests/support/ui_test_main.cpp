@@ -1,8 +1,8 @@
 // The main of the interface tests: a widget application (the dialogs are widgets) on the offscreen
 // platform, with a data and settings folder of this process's own, so each test starts as a first run.
+#include <QtQml/qqmlextensionplugin.h>
 #include <QApplication>
 #include <QQuickStyle>
-#include <QtQml/qqmlextensionplugin.h>
 
 #include <gtest/gtest.h>
 
@@ -25,6 +25,8 @@ int main(int argc, char** argv) {
   setenv("HOME", (home / "home").c_str(), 1);
   setenv("XDG_DATA_HOME", (home / "data").c_str(), 1);
   setenv("XDG_CONFIG_HOME", (home / "config").c_str(), 1);
+  // Qt wants the runtime folder private to the user, as the session's own is.
+  fs::permissions(home, fs::perms::owner_all);
   setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
   if (!getenv("QT_QPA_PLATFORM")) setenv("QT_QPA_PLATFORM", "offscreen", 1);
 

@@ -1,14 +1,17 @@
 // The window frame as a user meets it: the zoom control and its shortcuts, the theme menu, the quick
 // search, the alert, the status line during and after a scan, and the menu items that follow the
 // selection and the scan.
+#include <QDesktopServices>
 #include <QQmlContext>
 #include <QQmlExpression>
 #include <QQuickItem>
+#include <QUrl>
 #include <QVariant>
 
 #include <filesystem>
 #include <string>
 
+#include "app/qt/dialogs.h"
 #include "core/test_timing.h"
 #include "store/catalog_db.h"
 #include "support/temp_dir.h"
@@ -32,7 +35,21 @@ class FrameTest : public MainWindowTest {
     model().dismissScanResult();
     model().setSection(AppSection::browse);
     ui().setZoom(1.0);
+    // A toast left by an earlier test (loading the sample data shows one) ends at once.
+    if (model().toast()) {
+      TestTiming::setTimeScaleForTesting(0.01);
+      model().flash(*model().toast());
+      waitUntil([&] { return !model().toast(); }, 3000);
+      TestTiming::setTimeScaleForTesting(1);
+    }
+    waitUntil([&] { return !item("toast")->isVisible(); }, 3000);
     QCoreApplication::processEvents();
+  }
+
+  // Whether `target` lies wholly inside the window, as drawn (scales included).
+  bool insideWindow(QQuickItem* target) const {
+    const QRectF drawn = target->mapRectToScene(QRectF(0, 0, target->width(), target->height()));
+    return QRectF(0, 0, window()->width(), window()->height()).contains(drawn);
   }
 
   // With ORRELIN_SHOTS set to a folder, saves what the window shows there as <name>.png, for a look at
@@ -400,5 +417,105 @@ TEST_F(FrameTest, ToastSlidesInWithTheLatestTextAndLeavesWhenItEnds) {
   TestTiming::setTimeScaleForTesting(1);
 }
 
+// At the highest zoom the largest sheet, a long alert and a long toast still fit in the window, so
+// every button stays in reach.
+TEST_F(FrameTest, SheetsAlertsAndToastsFitTheWindowAtAnyZoom) {
+  ui().setZoom(2.5);
+  model().setNewCatalogSheet(true);
+  shown("newCatalogLayer");
+  QQuickItem* sheet = qvariant_cast<QQuickItem*>(property("newCatalogLayer", "content"));
+  ASSERT_NE(sheet, nullptr);
+  ASSERT_TRUE(waitUntil([&] { return sheet->height() > 0; }, 3000));
+  spin(300);  // The opening animation.
+  EXPECT_TRUE(insideWindow(sheet)) << sheet->width() << "x" << sheet->height();
+  saveShot("sheet-new-catalog-zoom-250");
+  // At actual size nothing is made smaller.
+  ui().setZoom(1.0);
+  EXPECT_TRUE(waitUntil([&] { return item("newCatalogLayer")->property("fit").toDouble() == 1.0; }, 3000));
+  key(Qt::Key_Escape);
+  EXPECT_FALSE(model().newCatalogSheet());
+
+  // A long message scrolls inside the alert; a title of one long word breaks rather than spill out.
+  ui().setZoom(2.5);
+  QStringList failures;
+  for (int i = 1; i <= 120; ++i) failures << QStringLiteral("“Take %1.wav” could not be read.").arg(i);
+  const QString longName = QString(60, QChar('W'));
+  model().show(longName, failures.join('\n'));
+  QQuickItem* panel = shown("alertPanel");
+  spin(300);
+  EXPECT_TRUE(insideWindow(panel));
+  EXPECT_TRUE(insideWindow(item("alertOKButton")));
+  EXPECT_TRUE(property("alertMessageScroll", "interactive").toBool());
+  QQuickItem* title = item("alertTitle");
+  EXPECT_LE(title->property("contentWidth").toDouble(), title->width() + 0.5);
+  saveShot("alert-long-zoom-250");
+  click("alertOKButton");
+  EXPECT_FALSE(model().hasAlert());
+  // A short one does not scroll.
+  model().show("Export Failed", "The disk is full.");
+  shown("alertPanel");
+  EXPECT_FALSE(property("alertMessageScroll", "interactive").toBool());
+  key(Qt::Key_Return);
+  EXPECT_FALSE(model().hasAlert());
+
+  model().flash(QStringLiteral("Renamed to “%1 🎛️ أرشيف الاستوديو”")
+                    .arg(QString(60, QChar('M'))));
+  QQuickItem* toast = shown("toast");
+  spin(400);
+  EXPECT_TRUE(insideWindow(toast)) << toast->width();
+  saveShot("toast-long-zoom-250");
+}
+
+// Records the addresses the program hands to the desktop, instead of opening them.
+class UrlRecorder : public QObject {
+  Q_OBJECT
+ public:
+  QList<QUrl> opened;
+ public slots:
+  void open(const QUrl& url) { opened.append(url); }
+};
+
+TEST_F(FrameTest, KeysInAFieldStayThereAndTheHelpKeysOpenTheGuide) {
+  model().loadSampleData();
+  ASSERT_TRUE(model().selectedCatalog());
+  int asked = 0;
+  Dialogs::setAnswerer([&](const Dialogs::Request&) {
+    ++asked;
+    return Dialogs::Answer::cancel();
+  });
+  click("quickSearchField");
+  type("old mixes");
+  // Ctrl+Backspace deletes a word in the field; it must not ask to delete the selected catalog.
+  key(Qt::Key_Backspace, Qt::ControlModifier);
+  EXPECT_EQ(text("quickSearchField"), "old ");
+  EXPECT_EQ(asked, 0);
+  // The open menu still offers it.
+  QObject* catalogMenu = openMenu("catalogMenu", "Catalog");
+  ASSERT_NE(catalogMenu, nullptr);
+  EXPECT_TRUE(entry(catalogMenu, "Delete Catalog…")->isEnabled());
+  key(Qt::Key_Escape);
+  ASSERT_TRUE(waitUntil([&] { return !catalogMenu->property("visible").toBool(); }, 3000));
+  // Away from the field it is the menu's Delete Catalog.
+  item("quickSearchField")->setFocus(false);
+  window()->contentItem()->forceActiveFocus();
+  ASSERT_FALSE(window()->activeFocusItem() &&
+               window()->activeFocusItem()->objectName() == "quickSearchField");
+  key(Qt::Key_Backspace, Qt::ControlModifier);
+  EXPECT_EQ(asked, 1);
+  Dialogs::setAnswerer({});
+
+  UrlRecorder recorder;
+  QDesktopServices::setUrlHandler("file", &recorder, "open");
+  key(Qt::Key_Question, Qt::ControlModifier);
+  EXPECT_EQ(recorder.opened.size(), 1);
+  key(Qt::Key_F1);
+  EXPECT_EQ(recorder.opened.size(), 2);
+  QDesktopServices::unsetUrlHandler("file");
+  for (const QUrl& url : recorder.opened)
+    EXPECT_TRUE(url.toLocalFile().endsWith("/Help.html")) << url.toString().toStdString();
+}
+
 }  // namespace
 }  // namespace orrelin::testing
+
+#include "frame_test.moc"

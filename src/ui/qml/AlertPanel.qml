@@ -65,17 +65,35 @@ Item {
                     text: AppModel.alert.title
                     font: Theme.f(17, Font.Bold)
                     color: Theme.p.text
-                    wrapMode: Text.WordWrap
-                }
-                Text {
-                    objectName: "alertMessage"
-                    width: parent.width
-                    text: AppModel.alert.message
-                    font: Theme.f(13)
-                    lineHeight: 1.12
-                    color: Theme.p.subtext
+                    // Words wrap; a name longer than the line breaks anywhere rather than spill out.
                     wrapMode: Text.Wrap
-                    visible: text.length > 0
+                }
+                // A long message (a list of failures) scrolls within a few lines' height instead of
+                // growing the panel past the window.
+                Flickable {
+                    id: scroller
+                    objectName: "alertMessageScroll"
+                    width: parent.width
+                    height: Math.min(message.implicitHeight, Theme.s(300))
+                    contentHeight: message.implicitHeight
+                    clip: contentHeight > height
+                    interactive: contentHeight > height
+                    boundsBehavior: Flickable.StopAtBounds
+                    visible: message.text.length > 0
+                    ScrollBar.vertical: ScrollBar {
+                        policy: scroller.interactive ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
+                    }
+                    Text {
+                        id: message
+                        objectName: "alertMessage"
+                        // Room at the right for the scroll bar.
+                        width: scroller.width - Theme.s(12)
+                        text: AppModel.alert.message
+                        font: Theme.f(13)
+                        lineHeight: 1.12
+                        color: Theme.p.subtext
+                        wrapMode: Text.Wrap
+                    }
                 }
             }
         }

@@ -25,6 +25,12 @@ MenuBar {
     }
     readonly property bool hasSelection: selected !== null
     readonly property bool scanning: AppModel.scanner.isRunning
+    // True while the keyboard is in an editable text field: there Ctrl+Backspace deletes a word, and the
+    // menu's Delete Catalog must not take the key. Opening the menu moves the focus, so the item itself
+    // stays usable.
+    readonly property Item focusItem: bar.Window.window ? bar.Window.window.activeFocusItem : null
+    readonly property bool typing: focusItem !== null && focusItem.cursorPosition !== undefined
+                                   && focusItem.readOnly === false
 
     function showTool(tab) {
         AppModel.section = section.tools
@@ -332,7 +338,7 @@ MenuBar {
             objectName: "deleteAction"
             text: "Delete Catalog…"
             shortcut: "Ctrl+Backspace"
-            enabled: bar.hasSelection
+            enabled: bar.hasSelection && !bar.typing
             onTriggered: AppModel.confirmDelete(bar.selected.id)
         }
     }

@@ -106,6 +106,7 @@ ApplicationWindow {
         anchors.horizontalCenter: column.horizontalCenter
         anchors.top: column.top
         anchors.topMargin: header.height + Theme.s(14)
+        maximumWidth: column.width - Theme.s(40)
     }
 
     ModalLayer {

@@ -81,40 +81,55 @@ FocusScope {
         }
     }
 
+    // A sheet larger than the window (a high zoom in a small window) is shown smaller, whole, rather
+    // than cut off at the window's edges.
+    readonly property real margin: Math.min(Theme.s(24), 24)
+    readonly property real fit: loader.width > 0 && loader.height > 0
+                                ? Math.min(1, (width - 2 * margin) / loader.width,
+                                           (height - 2 * margin) / loader.height)
+                                : 1
+
     Item {
-        id: frame
+        id: fitter
+        objectName: "modalFit"
         anchors.centerIn: parent
         width: loader.width
         height: loader.height
+        scale: Math.max(0.1, layer.fit)
 
-        // A soft shadow: rings of falling opacity beyond the panel's edge.
-        Repeater {
-            model: 4
-            Rectangle {
-                required property int index
-                anchors.fill: parent
-                anchors.margins: -Theme.s(2 + index * 4)
-                anchors.topMargin: -Theme.s(index * 4)
-                radius: Theme.s(14 + 2 + index * 4)
-                color: Qt.rgba(0, 0, 0, 0.12 - index * 0.025)
+        Item {
+            id: frame
+            anchors.fill: parent
+
+            // A soft shadow: rings of falling opacity beyond the panel's edge.
+            Repeater {
+                model: 4
+                Rectangle {
+                    required property int index
+                    anchors.fill: parent
+                    anchors.margins: -Theme.s(2 + index * 4)
+                    anchors.topMargin: -Theme.s(index * 4)
+                    radius: Theme.s(14 + 2 + index * 4)
+                    color: Qt.rgba(0, 0, 0, 0.12 - index * 0.025)
+                }
             }
-        }
-        // The panel is translucent: an opaque backing keeps the dimmed window from showing through.
-        Rectangle {
-            anchors.fill: parent
-            radius: Theme.s(14)
-            color: Theme.p.bgTop
-        }
-        GlassPanel {
-            anchors.fill: parent
-            highlight: true
-        }
-        Loader {
-            id: loader
-            focus: true
-            active: layer.active
-            sourceComponent: layer.sheet
-            onLoaded: item.forceActiveFocus()
+            // The panel is translucent: an opaque backing keeps the dimmed window from showing through.
+            Rectangle {
+                anchors.fill: parent
+                radius: Theme.s(14)
+                color: Theme.p.bgTop
+            }
+            GlassPanel {
+                anchors.fill: parent
+                highlight: true
+            }
+            Loader {
+                id: loader
+                focus: true
+                active: layer.active
+                sourceComponent: layer.sheet
+                onLoaded: item.forceActiveFocus()
+            }
         }
     }
 

@@ -8,6 +8,8 @@ Item {
     readonly property bool up: AppModel.toast.length > 0
     // The text stays while the capsule leaves, so it does not go blank on its way out.
     property string shownText
+    // The widest the capsule gets; the window sets it from the room it has.
+    property real maximumWidth: Theme.s(600)
 
     width: capsule.width
     height: capsule.height
@@ -59,6 +61,9 @@ Item {
             Text {
                 objectName: "toastText"
                 anchors.verticalCenter: parent.verticalCenter
+                // A long text (a long catalog name) ends in "…" rather than run past the window.
+                width: Math.min(implicitWidth, toast.maximumWidth - Theme.s(50))
+                elide: Text.ElideMiddle
                 text: toast.shownText
                 font: Theme.f(13, Font.DemiBold)
                 color: Theme.p.text
