@@ -10,7 +10,9 @@
 #include "app/qt/dialogs.h"
 #include "core/app_info.h"
 #include "core/app_paths.h"
+#include "core/user_defaults.h"
 #include "scan/scan_records.h"
+#include "store/catalog_db.h"
 #include "support/temp_dir.h"
 #include "ui/thumb_cache.h"
 #include "ui_fixture.h"
@@ -22,6 +24,24 @@ namespace fs = std::filesystem;
 
 class SettingsTest : public MainWindowTest {
  protected:
+  // Every test of this process shares the settings file, the data folder and AppModel: each starts here
+  // as on a first run, whatever the tests before it (here or in other suites) chose, backed up or loaded.
+  void SetUp() override {
+    for (const char* key : {"scanDefaults", "autoBackup", "backupKeep", "lastBackup"})
+      UserDefaults::remove(key);
+    std::error_code ignored;
+    fs::remove_all(AppPaths::backups(), ignored);
+    AppModel& app = AppModel::shared();
+    if (app.store()) {
+      for (const Catalog& c : app.catalogs()) app.store()->deleteCatalog(c.id, app.thumbnailsPath());
+      for (const CatalogGroup& g : app.groups()) app.store()->deleteGroup(g.id);
+      app.reload();
+    }
+    UIState::shared().setTheme(ThemeID::obsidian);
+    UIState::shared().resetZoom();
+    MainWindowTest::SetUp();
+  }
+
   void TearDown() override {
     Dialogs::setAnswerer({});
     MainWindowTest::TearDown();
