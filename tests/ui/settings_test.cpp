@@ -4,13 +4,17 @@
 #include <QBuffer>
 #include <QImage>
 #include <QQmlEngine>
+#include <QGuiApplication>
 #include <QQuickWindow>
+#include <QScreen>
 
 #include "app/backup_manager.h"
 #include "app/qt/dialogs.h"
 #include "core/app_info.h"
 #include "core/app_paths.h"
+#include "core/user_defaults.h"
 #include "scan/scan_records.h"
+#include "store/catalog_db.h"
 #include "support/temp_dir.h"
 #include "ui/thumb_cache.h"
 #include "ui_fixture.h"
@@ -22,6 +26,24 @@ namespace fs = std::filesystem;
 
 class SettingsTest : public MainWindowTest {
  protected:
+  // Every test of this process shares the settings file, the data folder and AppModel: each starts here
+  // as on a first run, whatever the tests before it (here or in other suites) chose, backed up or loaded.
+  void SetUp() override {
+    for (const char* key : {"scanDefaults", "autoBackup", "backupKeep", "lastBackup"})
+      UserDefaults::remove(key);
+    std::error_code ignored;
+    fs::remove_all(AppPaths::backups(), ignored);
+    AppModel& app = AppModel::shared();
+    if (app.store()) {
+      for (const Catalog& c : app.catalogs()) app.store()->deleteCatalog(c.id, app.thumbnailsPath());
+      for (const CatalogGroup& g : app.groups()) app.store()->deleteGroup(g.id);
+      app.reload();
+    }
+    UIState::shared().setTheme(ThemeID::obsidian);
+    UIState::shared().resetZoom();
+    MainWindowTest::SetUp();
+  }
+
   void TearDown() override {
     Dialogs::setAnswerer({});
     MainWindowTest::TearDown();
@@ -235,6 +257,67 @@ TEST_F(SettingsTest, AboutShowsTheProgramAndFitsItsContentAtEveryZoom) {
   ASSERT_TRUE(waitUntil([&] { return about->width() > width * 1.8; }));
   EXPECT_LT(about->width(), width * 2.2);
   EXPECT_EQ(about->minimumWidth(), about->maximumWidth()) << "sized by its content, not by the user";
+}
+
+TEST_F(SettingsTest, TheWindowFitsTheScreenAtTheLargestZoom) {
+  qmlUI().setZoom(2.5);
+  auto* settings = qobject_cast<QQuickWindow*>(find("settingsWindow"));
+  ASSERT_NE(settings, nullptr);
+  QMetaObject::invokeMethod(settings, "open");
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(settings));
+  const QRect screen = settings->screen()->availableGeometry();
+  EXPECT_LE(settings->width(), screen.width());
+  EXPECT_LE(settings->height(), screen.height());
+  EXPECT_LE(settings->minimumWidth(), screen.width());
+  // The tiles reflow to the width there is: the third of a row still ends inside the window.
+  QQuickItem* tile = shown("themeTile2");
+  EXPECT_LE(tile->mapToScene(QPointF(tile->width(), 0)).x(), settings->width());
+  qmlUI().resetZoom();
+}
+
+TEST_F(SettingsTest, TheKeyboardReachesTabsTilesButtonsAndToggles) {
+  QQuickWindow* settings = openSettings(0);
+  ASSERT_NE(settings, nullptr);
+  settings->requestActivate();
+  ASSERT_TRUE(waitUntil([&] { return QGuiApplication::focusWindow() == settings; }));
+  const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(settings, key, modifiers);
+    QCoreApplication::processEvents();
+  };
+
+  // Tab walks from one theme tile to the next; Return and Space choose the one with the focus.
+  item("themeTile2")->forceActiveFocus();
+  press(Qt::Key_Return);
+  EXPECT_EQ(qmlUI().theme(), ThemeID::solar);
+  press(Qt::Key_Tab);
+  EXPECT_TRUE(item("themeTile3")->hasActiveFocus());
+  press(Qt::Key_Space);
+  EXPECT_EQ(qmlUI().theme(), ThemeID::ocean);
+
+  // Return presses a focused button.
+  qmlUI().setZoom(1.5);
+  item("actualSizeButton")->forceActiveFocus();
+  press(Qt::Key_Return);
+  EXPECT_DOUBLE_EQ(qmlUI().zoom(), 1.0);
+
+  // Ctrl+Tab and Ctrl+Shift+Tab go round the tabs.
+  press(Qt::Key_Tab, Qt::ControlModifier);
+  EXPECT_EQ(settings->property("currentTab").toInt(), 1);
+  press(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+  press(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(settings->property("currentTab").toInt(), 3);
+  press(Qt::Key_Tab, Qt::ControlModifier);
+  EXPECT_EQ(settings->property("currentTab").toInt(), 0);
+
+  // A toggle takes Return as well as Space.
+  press(Qt::Key_Tab, Qt::ControlModifier);
+  ASSERT_TRUE(waitUntil([&] { return item("hiddenToggle")->isVisible(); }));
+  item("hiddenToggle")->forceActiveFocus();
+  const bool before = ScanOptions::defaults().includeHidden;
+  press(Qt::Key_Return);
+  EXPECT_EQ(ScanOptions::defaults().includeHidden, !before);
+  press(Qt::Key_Space);
+  EXPECT_EQ(ScanOptions::defaults().includeHidden, before);
 }
 
 }  // namespace

@@ -49,9 +49,10 @@ Item {
         }
     }
 
+    // A sample says so; any other cartridge whose name is cut short shows it whole.
     HelpTip {
-        objectName: "sampleHelp"
-        text: cartridge.sample ? "Sample cartridge" : ""
+        objectName: "cartridgeHelp"
+        text: cartridge.sample ? "Sample cartridge" : nameText.truncated ? cartridge.catalog.name : ""
         shown: hover.hovered && !eyeHover.hovered
     }
 
@@ -100,8 +101,11 @@ Item {
                 Layout.fillWidth: true
                 spacing: Theme.s(2)
                 Text {
+                    id: nameText
                     objectName: "name"
                     Layout.fillWidth: true
+                    // Names in a right-to-left script stay at the left edge like every other line.
+                    horizontalAlignment: Text.AlignLeft
                     text: cartridge.catalog.name
                     font: Theme.f(13, Font.DemiBold)
                     color: Theme.p.text
@@ -110,6 +114,7 @@ Item {
                 Text {
                     objectName: "totals"
                     Layout.fillWidth: true
+                    horizontalAlignment: Text.AlignLeft
                     text: Fmt.count(cartridge.catalog.fileCount)
                           + (cartridge.catalog.fileCount === 1 ? " file · " : " files · ")
                           + Fmt.size(cartridge.catalog.totalSize)

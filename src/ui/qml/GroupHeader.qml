@@ -56,13 +56,21 @@ Item {
             color: Theme.p.accent2
         }
         Text {
+            id: nameText
+            objectName: "name"
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width - x
+            horizontalAlignment: Text.AlignLeft
             text: header.group.name
             font: Theme.f(12.5, Font.DemiBold)
             color: Theme.p.text
             elide: Text.ElideRight
         }
+    }
+
+    HelpTip {
+        text: nameText.truncated ? header.group.name : ""
+        shown: hover.hovered
     }
 
     Rectangle {

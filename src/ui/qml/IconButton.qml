@@ -13,6 +13,8 @@ Button {
 
     hoverEnabled: true
     padding: Theme.s(5)
+    Keys.onReturnPressed: event => { if (button.enabled) button.clicked() }
+    Keys.onEnterPressed: event => { if (button.enabled) button.clicked() }
     HelpTip {
         text: button.tip
         shown: button.hovered

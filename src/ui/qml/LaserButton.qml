@@ -17,6 +17,10 @@ Button {
     bottomPadding: Theme.s(compact ? 4 : 7)
     hoverEnabled: true
 
+    // Return and Enter press the focused button, as Space does.
+    Keys.onReturnPressed: event => { if (button.enabled) button.clicked() }
+    Keys.onEnterPressed: event => { if (button.enabled) button.clicked() }
+
     contentItem: Row {
         spacing: Theme.s(6)
         SvgIcon {
@@ -39,6 +43,17 @@ Button {
     background: Item {
         readonly property real corner: Theme.s(button.compact ? 7 : 9)
         readonly property bool lit: button.prominent && button.enabled
+
+        // The keyboard's focus: a ring just outside the edge.
+        Rectangle {
+            visible: button.visualFocus
+            anchors.fill: parent
+            anchors.margins: -Theme.s(3)
+            radius: parent.corner + Theme.s(3)
+            color: "transparent"
+            border.width: Math.max(1, Theme.s(1.5))
+            border.color: Theme.p.glow
+        }
 
         // The glow of a prominent button: translucent outlines widening outwards, stronger on hover.
         Repeater {

@@ -21,5 +21,7 @@ AbstractButton {
     background: Rectangle {
         radius: Theme.s(6)
         color: Theme.alpha(Theme.p.accent, button.down ? 0.22 : button.hovered && button.enabled ? 0.12 : 0)
+        border.width: button.visualFocus ? Math.max(1, Theme.s(1.5)) : 0
+        border.color: Theme.p.glow
     }
 }

@@ -14,8 +14,13 @@ Rectangle {
     radius: Theme.s(10)
     color: current ? Theme.alpha(Theme.p.accent, 0.16)
                    : hover.containsMouse ? Theme.alpha(Theme.p.accent, 0.07) : "transparent"
-    border.width: current ? Math.max(1, Theme.s(1)) : 0
-    border.color: Theme.alpha(Theme.p.accent, 0.45)
+    border.width: current || activeFocus ? Math.max(1, Theme.s(1)) : 0
+    border.color: activeFocus ? Theme.p.glow : Theme.alpha(Theme.p.accent, 0.45)
+
+    activeFocusOnTab: true
+    Keys.onSpacePressed: tab.activated()
+    Keys.onReturnPressed: tab.activated()
+    Keys.onEnterPressed: tab.activated()
 
     Column {
         anchors.centerIn: parent

@@ -14,10 +14,16 @@ GlassPanel {
 
     implicitHeight: column.implicitHeight + Theme.s(20)
     radius: Theme.s(12)
-    highlight: current || hover.containsMouse
-    border.width: Math.max(1, Theme.s(current ? 2 : 1))
+    highlight: current || hover.containsMouse || activeFocus
+    border.width: Math.max(1, Theme.s(current || activeFocus ? 2 : 1))
     border.color: current ? Theme.p.accent
+                : activeFocus ? Theme.p.glow
                 : hover.containsMouse ? Theme.alpha(Theme.p.accent, 0.55) : Theme.p.stroke
+
+    activeFocusOnTab: true
+    Keys.onSpacePressed: tile.chosen()
+    Keys.onReturnPressed: tile.chosen()
+    Keys.onEnterPressed: tile.chosen()
 
     Column {
         id: column

@@ -54,4 +54,6 @@ Item {
         onClicked: { toggle.forceActiveFocus(); toggle.toggled(!toggle.checked) }
     }
     Keys.onSpacePressed: toggle.toggled(!toggle.checked)
+    Keys.onReturnPressed: toggle.toggled(!toggle.checked)
+    Keys.onEnterPressed: toggle.toggled(!toggle.checked)
 }

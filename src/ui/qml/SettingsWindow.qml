@@ -22,15 +22,26 @@ Window {
     readonly property real margin: Theme.s(28)
     readonly property Item page: [appearance, scanning, backups, data][currentTab]
 
-    width: Theme.s(780)
-    height: Math.ceil(Math.max(Theme.s(360), Math.min(header.height + page.implicitHeight + 2 * margin,
-                                                      Screen.desktopAvailableHeight * 0.88)))
-    minimumWidth: Theme.s(560)
-    minimumHeight: Theme.s(300)
+    // Never wider or taller than the screen, at any zoom: what does not fit scrolls, and the tiles and
+    // lines reflow to the width there is.
+    readonly property real screenWidth: Screen.desktopAvailableWidth > 0 ? Screen.desktopAvailableWidth : 1e6
+    readonly property real screenHeight: Screen.desktopAvailableHeight > 0 ? Screen.desktopAvailableHeight : 1e6
+    width: Math.floor(Math.min(Theme.s(780), screenWidth * 0.94))
+    height: Math.ceil(Math.max(Math.min(Theme.s(360), screenHeight * 0.88),
+                               Math.min(header.height + page.implicitHeight + 2 * margin, screenHeight * 0.88)))
+    minimumWidth: Math.min(Theme.s(560), screenWidth * 0.94)
+    minimumHeight: Math.min(Theme.s(300), screenHeight * 0.88)
 
     // Reads the settings again, for they may have changed since the window was last open.
+    property bool placed: false
     function open() {
         prefs.refresh()
+        if (!placed) {
+            // Centred on the screen the first time; where the user moves it afterwards, it stays.
+            x = Screen.virtualX + Math.max(0, (Screen.width - width) / 2)
+            y = Screen.virtualY + Math.max(0, (Screen.height - height) / 3)
+            placed = true
+        }
         show()
         Qt.callLater(function() { settings.raise(); settings.requestActivate() })
     }
@@ -134,6 +145,14 @@ Window {
     Shortcut {
         sequences: [StandardKey.Close, "Escape"]
         onActivated: settings.close()
+    }
+    Shortcut {
+        sequences: [StandardKey.NextChild, "Ctrl+PgDown"]
+        onActivated: settings.currentTab = (settings.currentTab + 1) % settings.tabs.length
+    }
+    Shortcut {
+        sequences: [StandardKey.PreviousChild, "Ctrl+PgUp"]
+        onActivated: settings.currentTab = (settings.currentTab + settings.tabs.length - 1) % settings.tabs.length
     }
     // The zoom keys work here as in the main window, so their effect can be watched on the slider.
     Shortcut {

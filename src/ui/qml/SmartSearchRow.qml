@@ -26,6 +26,11 @@ Item {
         }
     }
 
+    HelpTip {
+        text: nameText.truncated ? row.search.name : ""
+        shown: hover.hovered
+    }
+
     Rectangle {
         anchors.fill: parent
         radius: Theme.s(7)
@@ -45,8 +50,11 @@ Item {
             color: Theme.p.warn
         }
         Text {
+            id: nameText
+            objectName: "name"
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width - x - Theme.s(6)
+            horizontalAlignment: Text.AlignLeft
             text: row.search.name
             font: Theme.f(12.5)
             color: hover.hovered ? Theme.p.text : Qt.tint(Theme.p.text, Theme.alpha(Theme.p.subtext, 0.35))
