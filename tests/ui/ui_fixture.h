@@ -16,32 +16,11 @@
 #include <memory>
 
 #include "app/qt/app_model.h"
+#include "support/qt_wait.h"
 #include "ui/qml_setup.h"
 #include "ui/ui_state.h"
 
 namespace orrelin::testing {
-
-// Spins the event loop until `done` holds; false after `timeoutMs` without it.
-inline bool waitUntil(const std::function<bool()>& done, int timeoutMs = 15000) {
-  QElapsedTimer clock;
-  clock.start();
-  while (!done()) {
-    if (clock.elapsed() > timeoutMs) return false;
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    QThread::msleep(2);
-  }
-  return true;
-}
-
-// Spins the event loop for `ms` milliseconds.
-inline void spin(int ms) {
-  QElapsedTimer clock;
-  clock.start();
-  while (clock.elapsed() < ms) {
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    QThread::msleep(2);
-  }
-}
 
 // The first object named `name` below `root`, searching both the object tree and the visual item tree
 // (items shown by a Loader or a popup are not always object children of what shows them).

@@ -16,6 +16,7 @@
 #include <string>
 
 #include "app/qt/app_model.h"
+#include "support/qt_wait.h"
 #include "app/qt/dialogs.h"
 #include "core/test_timing.h"
 #include "core/user_defaults.h"
@@ -27,28 +28,6 @@
 namespace orrelin::testing {
 
 namespace fs = std::filesystem;
-
-// Spins the event loop until `done` holds; false after `timeoutMs` without it.
-inline bool waitUntil(const std::function<bool()>& done, int timeoutMs = 15000) {
-  QElapsedTimer clock;
-  clock.start();
-  while (!done()) {
-    if (clock.elapsed() > timeoutMs) return false;
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    QThread::msleep(2);
-  }
-  return true;
-}
-
-// Spins the event loop for `ms` milliseconds.
-inline void spin(int ms) {
-  QElapsedTimer clock;
-  clock.start();
-  while (clock.elapsed() < ms) {
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    QThread::msleep(2);
-  }
-}
 
 class AppModelTest : public ::testing::Test {
  protected:
