@@ -23,6 +23,14 @@ TEST_F(SidebarTest, AnEmptyLibraryShowsThePanelWhoseButtonOpensTheNewCatalogShee
   EXPECT_TRUE(waitUntil([&] { return !panel->isVisible(); }));
   removeAllCatalogs();
   EXPECT_TRUE(waitUntil([&] { return panel->isVisible(); }));
+
+  // A group made before any catalog waits behind the panel; the first catalog brings it out.
+  model().createGroup("Archive");
+  spin(100);
+  EXPECT_TRUE(panel->isVisible());
+  EXPECT_EQ(item("group:Archive"), nullptr);
+  model().loadSampleData();
+  EXPECT_TRUE(waitUntil([&] { return item("group:Archive") && item("group:Archive")->isVisible(); }));
 }
 
 TEST_F(SidebarTest, NavButtonsShowTheirScreenAndLightTheCurrentOne) {

@@ -148,9 +148,10 @@ Rectangle {
                 }
             }
 
-            // The groups, each with its cartridges unless folded.
+            // The groups, each with its cartridges unless folded. With no catalog at all the empty panel
+            // stands alone, even when groups exist.
             Repeater {
-                model: sidebar.groups
+                model: sidebar.catalogs.length > 0 ? sidebar.groups : []
                 delegate: Column {
                     id: groupBlock
                     required property var modelData
