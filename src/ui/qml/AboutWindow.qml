@@ -115,6 +115,10 @@ Window {
                 font.weight: Font.DemiBold
                 font.underline: linkArea.containsMouse
                 color: linkArea.pressed ? Theme.p.accent2 : Theme.p.accent
+                Accessible.role: Accessible.Link
+                Accessible.name: text
+                Accessible.description: "Open the Tavrel Works web site"
+                Accessible.onPressAction: info.openWebsite()
 
                 MouseArea {
                     id: linkArea

@@ -10,6 +10,11 @@ Item {
     width: Theme.s(460)
     height: body.implicitHeight + Theme.s(48)
 
+    // Spoken as it appears: the title, then the message.
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: AppModel.alert.title
+    Accessible.description: AppModel.alert.message
+
     readonly property bool offline: AppModel.alert.title.toLowerCase().indexOf("offline") >= 0
 
     // Return and Escape both acknowledge, as the one button does.

@@ -58,6 +58,8 @@ MenuBar {
     }
     delegate: MenuBarItem {
         id: barItem
+        // Named by its title whether or not a screen reader was there when the bar was made.
+        Accessible.name: barItem.text
         font: Theme.f(13)
         leftPadding: Theme.s(10)
         rightPadding: Theme.s(10)

@@ -33,6 +33,8 @@ Item {
                     font: title.font
                     color: Theme.alpha(Theme.p.glow, 0.45)
                     scale: 1.02
+                    // Only a glow: the name is read once, from the text above it.
+                    Accessible.ignored: true
                 }
                 Text {
                     id: title

@@ -24,6 +24,33 @@ Item {
     objectName: "cartridge:" + catalog.name
     implicitHeight: body.implicitHeight + 2 * pad
 
+    // What a screen reader says of it: the lines of the card in one sentence ("DJ Crates SSD, 130 files,
+    // 2.68 GB, sample, offline"), then how full the drive is and the help texts.
+    readonly property string spokenName: catalog.name + ", " + Fmt.count(catalog.fileCount)
+                                         + (catalog.fileCount === 1 ? " file, " : " files, ")
+                                         + Fmt.size(catalog.totalSize) + ", "
+                                         + (scanning ? "scanning, " : "")
+                                         + (online ? "online" : sample ? "sample, offline" : "offline")
+    readonly property string spokenDetail: [
+        catalog.capacity >= 1 ? Math.round(Math.max(0, Math.min(1, catalog.usedFraction)) * 100) + "% of "
+                                + Fmt.size(catalog.capacity) + " used" : "",
+        sample ? "Sample cartridge" : "",
+        watched ? "Auto-update is on: changes on the drive update this catalog automatically" : ""
+    ].filter(line => line.length > 0).join(". ")
+
+    Accessible.role: Accessible.Button
+    Accessible.name: spokenName
+    Accessible.description: spokenDetail
+    Accessible.selectable: true
+    Accessible.selected: selected
+    Accessible.onPressAction: cartridge.open()
+
+    // Selects the catalog and shows it in the browser, as a click does.
+    function open() {
+        AppModel.selectedCatalogID = cartridge.catalogID
+        AppModel.section = Nav.AppSection.browse
+    }
+
     CartridgeShape {
         anchors.fill: parent
         selected: cartridge.selected
@@ -44,8 +71,7 @@ Item {
                     cartridge.menu.openFor(cartridge.catalog, cartridge, mouse.x, mouse.y)
                 return
             }
-            AppModel.selectedCatalogID = cartridge.catalogID
-            AppModel.section = Nav.AppSection.browse
+            cartridge.open()
         }
     }
 

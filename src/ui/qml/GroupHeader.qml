@@ -13,6 +13,13 @@ Item {
     objectName: "group:" + group.name
     implicitHeight: Theme.s(28)
 
+    // Read as "Studio, 3 cartridges, expanded"; pressing it folds or unfolds the group.
+    Accessible.role: Accessible.Button
+    Accessible.name: group.name + ", " + count + (count === 1 ? " cartridge, " : " cartridges, ")
+                     + (collapsed ? "collapsed" : "expanded")
+    Accessible.description: collapsed ? "Show the cartridges of this group" : "Hide the cartridges of this group"
+    Accessible.onPressAction: AppModel.toggleGroupCollapsed(header.group.id)
+
     HoverHandler { id: hover; cursorShape: Qt.PointingHandCursor }
     MouseArea {
         anchors.fill: parent

@@ -84,6 +84,9 @@ Item {
             ToolTip.visible: hovered
             ToolTip.delay: 600
             ToolTip.text: "Scan a drive, network share or folder into a new catalog (Ctrl+N)"
+            // Named also when it shows only its icon.
+            Accessible.name: "Catalog a Drive"
+            Accessible.description: ToolTip.text
             onClicked: AppModel.startNewCatalog()
         }
     }

@@ -13,6 +13,9 @@ Button {
 
     hoverEnabled: true
     padding: Theme.s(5)
+    // Only an icon: a screen reader says its help text instead.
+    Accessible.name: button.tip.length > 0 ? button.tip : button.text
+    Accessible.onPressAction: if (button.enabled) button.clicked()
     Keys.onReturnPressed: event => { if (button.enabled) button.clicked() }
     Keys.onEnterPressed: event => { if (button.enabled) button.clicked() }
     HelpTip {

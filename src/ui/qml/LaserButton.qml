@@ -17,6 +17,11 @@ Button {
     bottomPadding: Theme.s(compact ? 4 : 7)
     hoverEnabled: true
 
+    // Named by its text (where a use shows only the icon, it names the button itself); a screen
+    // reader's press clicks it.
+    Accessible.name: button.text
+    Accessible.onPressAction: if (button.enabled) button.clicked()
+
     // Return and Enter press the focused button, as Space does.
     Keys.onReturnPressed: event => { if (button.enabled) button.clicked() }
     Keys.onEnterPressed: event => { if (button.enabled) button.clicked() }

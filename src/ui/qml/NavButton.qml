@@ -12,6 +12,13 @@ Item {
 
     implicitHeight: Theme.s(34)
 
+    // To a screen reader the screens are the tabs of the window, the current one selected.
+    Accessible.role: Accessible.PageTab
+    Accessible.name: nav.title
+    Accessible.selectable: true
+    Accessible.selected: nav.current
+    Accessible.onPressAction: nav.clicked()
+
     HoverHandler {
         id: hover
         cursorShape: Qt.PointingHandCursor

@@ -11,6 +11,10 @@ GlassPanel {
 
     NewCatalogState { id: sheetState }
 
+    Accessible.role: Accessible.Dialog
+    Accessible.name: "Catalog a Drive or Folder"
+    Accessible.description: "Pick a mounted drive, network share or any folder to catalog."
+
     readonly property real pad: Theme.s(24)
     readonly property real gap: Theme.s(10)
     // The window's room, less a margin; the design size while the sheet is not yet in a window.
@@ -177,6 +181,8 @@ GlassPanel {
                         objectName: "catalogNameField"
                         Layout.fillWidth: true
                         placeholderText: "Catalog name"
+                        Accessible.name: "Name"
+                        Accessible.description: placeholderText
                         text: sheetState.name
                         onTextEdited: sheetState.name = text
                         onAccepted: sheetState.start()
@@ -207,6 +213,7 @@ GlassPanel {
                         Layout.preferredWidth: Theme.s(280)
                         model: sheetState.groupChoices
                         textRole: "name"
+                        Accessible.name: "Group"
                         currentIndex: sheetState.groupIndex
                         onActivated: (index) => sheetState.groupIndex = index
                         font: Theme.f(13)

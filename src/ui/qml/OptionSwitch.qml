@@ -7,6 +7,7 @@ Switch {
     id: control
 
     hoverEnabled: true
+    Accessible.name: text
     padding: Theme.s(4)
     leftPadding: Theme.s(8)
     rightPadding: Theme.s(8)

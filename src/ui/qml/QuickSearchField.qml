@@ -50,6 +50,9 @@ Rectangle {
         selectedTextColor: Theme.p.text
         selectByMouse: true
         background: null
+        Accessible.name: placeholderText
+        Accessible.description: "Press Return to search every cartridge"
+        Accessible.searchEdit: true
         onAccepted: box.run()
         Keys.onEscapePressed: (event) => {
             if (text.length > 0) { clear(); event.accepted = true }
@@ -69,6 +72,7 @@ Rectangle {
         iconColor: Theme.p.subtext
         padding: Theme.s(4)
         focusPolicy: Qt.NoFocus
+        Accessible.name: "Clear search"
         onClicked: {
             field.clear()
             field.forceActiveFocus()
@@ -79,6 +83,8 @@ Rectangle {
         // A click on the padding around the text still puts the caret in the field.
         anchors.fill: parent
         z: -1
+        // Only a wider target for the field, which is what a screen reader sees.
+        Accessible.ignored: true
         onClicked: field.forceActiveFocus()
     }
 }

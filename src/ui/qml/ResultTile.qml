@@ -11,6 +11,12 @@ AbstractButton {
     property bool selected: false
 
     implicitHeight: Theme.s(64)
+
+    // Read as "Added, 12"; the tile whose list shows is the selected one.
+    Accessible.name: label + ", " + Fmt.count(count)
+    Accessible.selectable: true
+    Accessible.selected: selected
+    Accessible.onPressAction: tile.clicked()
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 

@@ -10,6 +10,10 @@ GlassPanel {
     id: hud
 
     readonly property var scanner: AppModel.scanner
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: (scanner.isPaused ? "Scan paused: " : "Scanning ") + scanner.catalogName
+    Accessible.description: Fmt.count(scanner.items) + " items, " + Fmt.size(scanner.bytes)
     readonly property bool expanded: scanner.expanded
     readonly property real pad: Theme.s(16)
     // Raised once a second, so the elapsed time (which is computed, not published) is read again.

@@ -11,6 +11,10 @@ GlassPanel {
 
     // The result shown; an empty map for the moment the sheet is on its way out.
     readonly property var result: AppModel.scanResult
+
+    Accessible.role: Accessible.Dialog
+    Accessible.name: resultTitle.text
+    Accessible.description: resultLine.text
     // 0 added, 1 changed, 2 removed.
     property int tab: 0
 
@@ -48,6 +52,7 @@ GlassPanel {
             size: Theme.s(44)
         }
         Text {
+            id: resultTitle
             objectName: "resultTitle"
             Layout.alignment: Qt.AlignHCenter
             text: sheet.cancelled ? "Scan Cancelled"
@@ -56,6 +61,7 @@ GlassPanel {
             color: Theme.p.text
         }
         Text {
+            id: resultLine
             objectName: "resultLine"
             Layout.fillWidth: true
             horizontalAlignment: Text.AlignHCenter

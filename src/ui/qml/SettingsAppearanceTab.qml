@@ -48,6 +48,7 @@ Column {
             // The whole window grows and shrinks with the zoom, this slider too; so the zoom is set when
             // the handle is let go, not while the ground moves under it.
             live: false
+            Accessible.name: "Zoom"
             value: UIState.zoom
             onValueChanged: if (Math.abs(value - UIState.zoom) > 0.001) UIState.setZoom(value)
 

@@ -40,6 +40,7 @@ Column {
                 SettingsStepButton {
                     objectName: "keepMinus"
                     text: "\u2212"
+                    Accessible.name: "Keep fewer backups"
                     enabled: tab.prefs.keepCount > tab.prefs.minKeep
                     onClicked: tab.prefs.keepCount = tab.prefs.keepCount - 1
                 }
@@ -47,6 +48,7 @@ Column {
                 SettingsStepButton {
                     objectName: "keepPlus"
                     text: "+"
+                    Accessible.name: "Keep more backups"
                     enabled: tab.prefs.keepCount < tab.prefs.maxKeep
                     onClicked: tab.prefs.keepCount = tab.prefs.keepCount + 1
                 }
@@ -162,6 +164,7 @@ Column {
                         text: "Restore\u2026"
                         symbol: "arrow.uturn.backward.circle"
                         compact: true
+                        Accessible.description: "Restore the catalogs from " + modelData.name
                         onClicked: tab.prefs.restore(modelData.path)
                     }
                 }

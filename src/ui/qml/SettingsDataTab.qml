@@ -30,6 +30,9 @@ Column {
             anchors.rightMargin: Theme.s(10)
             text: tab.prefs.databasePath
             readOnly: true
+            Accessible.role: Accessible.EditableText
+            Accessible.name: "Database location"
+            Accessible.readOnly: true
             selectByMouse: true
             wrapMode: TextEdit.WrapAnywhere
             font: Theme.f(12, Font.Normal, true)

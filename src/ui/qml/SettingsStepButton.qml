@@ -10,6 +10,7 @@ AbstractButton {
     autoRepeat: true
     hoverEnabled: true
     font: Theme.f(15, Font.DemiBold)
+    Accessible.onPressAction: if (button.enabled) button.clicked()
 
     contentItem: Text {
         text: button.text

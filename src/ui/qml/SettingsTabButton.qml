@@ -18,6 +18,12 @@ Rectangle {
     border.color: activeFocus ? Theme.p.glow : Theme.alpha(Theme.p.accent, 0.45)
 
     activeFocusOnTab: true
+    Accessible.role: Accessible.PageTab
+    Accessible.name: label.text
+    Accessible.focusable: true
+    Accessible.selectable: true
+    Accessible.selected: current
+    Accessible.onPressAction: tab.activated()
     Keys.onSpacePressed: tab.activated()
     Keys.onReturnPressed: tab.activated()
     Keys.onEnterPressed: tab.activated()

@@ -21,6 +21,15 @@ GlassPanel {
                 : hover.containsMouse ? Theme.alpha(Theme.p.accent, 0.55) : Theme.p.stroke
 
     activeFocusOnTab: true
+    // One choice of several: a radio button named after its theme.
+    Accessible.role: Accessible.RadioButton
+    Accessible.name: theme.name
+    Accessible.description: theme.blurb
+    Accessible.focusable: true
+    Accessible.checkable: true
+    Accessible.checked: current
+    Accessible.onPressAction: tile.chosen()
+    Accessible.onToggleAction: tile.chosen()
     Keys.onSpacePressed: tile.chosen()
     Keys.onReturnPressed: tile.chosen()
     Keys.onEnterPressed: tile.chosen()

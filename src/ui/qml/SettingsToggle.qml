@@ -12,6 +12,13 @@ Item {
     implicitWidth: track.width + Theme.s(10) + label.implicitWidth
     implicitHeight: Math.max(track.height, label.implicitHeight) + Theme.s(6)
     activeFocusOnTab: true
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: label.text
+    Accessible.focusable: true
+    Accessible.checkable: true
+    Accessible.checked: checked
+    Accessible.onPressAction: toggle.toggled(!toggle.checked)
+    Accessible.onToggleAction: toggle.toggled(!toggle.checked)
 
     Rectangle {
         id: track

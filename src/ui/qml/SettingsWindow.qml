@@ -68,6 +68,8 @@ Window {
             anchors.top: parent.top
             anchors.topMargin: Theme.s(12)
             spacing: Theme.s(6)
+            Accessible.role: Accessible.PageTabList
+            Accessible.name: "Settings"
             Repeater {
                 model: settings.tabs
                 SettingsTabButton {

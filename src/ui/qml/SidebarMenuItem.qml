@@ -9,6 +9,13 @@ MenuItem {
     property bool destructive: false
     property bool current: false
 
+    // A tick written into the text ("✓ Auto-Update …") is read out as the item's state, not as a word;
+    // the dot of the current choice is a checked state too.
+    readonly property bool ticked: text.startsWith("\u2713 ")
+    Accessible.name: ticked ? text.slice(2) : text
+    Accessible.checkable: current || ticked
+    Accessible.checked: current || ticked
+
     font: Theme.f(12.5)
     implicitHeight: Theme.s(28)
     leftPadding: Theme.s(10)

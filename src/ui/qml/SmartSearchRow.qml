@@ -12,6 +12,11 @@ Item {
     objectName: "smartSearch:" + search.name
     implicitHeight: Theme.s(28)
 
+    Accessible.role: Accessible.Button
+    Accessible.name: search.name
+    Accessible.description: "Smart search: shows the Search screen with this search"
+    Accessible.onPressAction: SavedSearches.openSavedSearch(row.search.id)
+
     HoverHandler { id: hover; cursorShape: Qt.PointingHandCursor }
     MouseArea {
         anchors.fill: parent

@@ -10,6 +10,9 @@ Item {
     readonly property var scanner: AppModel.scanner
     readonly property int cartridges: AppModel.catalogs.length
 
+    Accessible.role: Accessible.StatusBar
+    Accessible.name: statusText.text
+
     Rectangle {
         anchors.fill: parent
         color: Theme.alpha(Theme.p.bgBottom, 0.55)
@@ -36,6 +39,7 @@ Item {
     }
 
     Text {
+        id: statusText
         objectName: "statusText"
         anchors.left: led.right
         anchors.leftMargin: Theme.s(10)

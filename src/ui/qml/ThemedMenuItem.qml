@@ -13,6 +13,12 @@ MenuItem {
     readonly property color inkColor: enabled ? (highlighted ? Theme.p.text : Theme.alpha(Theme.p.text, 0.92))
                                               : Theme.alpha(Theme.p.subtext, 0.5)
 
+    // A tick written into the text ("✓ Auto-Update …") is read out as the item's state, not as a word.
+    readonly property bool ticked: text.startsWith("\u2713 ")
+    Accessible.name: ticked ? text.slice(2) : text
+    Accessible.checkable: checkable || marked || ticked
+    Accessible.checked: showsMark || ticked
+
     hoverEnabled: true
     font: Theme.f(13)
     leftPadding: Theme.s(26)

@@ -16,6 +16,10 @@ Item {
     visible: capsule.opacity > 0
     z: 5
 
+    // Shown as an alert, so a screen reader speaks it as it comes in.
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: shownText
+
     onUpChanged: if (up) shownText = AppModel.toast
     Connections {
         target: AppModel

@@ -15,6 +15,13 @@ AbstractButton {
         ? Fmt.size(volume.free) + " free of " + Fmt.size(volume.capacity) : ""
 
     implicitHeight: Theme.s(60)
+
+    // Its name and space; the chosen volume is the selected one. (A button's role and checked state are
+    // the control's own, set again whenever a screen reader connects.)
+    Accessible.name: detail.length > 0 ? title + ", " + detail : title
+    Accessible.selectable: true
+    Accessible.selected: selected
+    Accessible.onPressAction: card.clicked()
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 

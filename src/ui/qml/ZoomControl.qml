@@ -12,6 +12,9 @@ Rectangle {
     border.width: Math.max(1, Theme.s(1))
     border.color: Theme.p.stroke
 
+    Accessible.role: Accessible.Grouping
+    Accessible.name: "Zoom"
+
     HoverHandler { id: hover }
     ToolTip.visible: hover.hovered && !levels.visible
     ToolTip.delay: 600
@@ -29,6 +32,7 @@ Rectangle {
             iconSize: Theme.s(12)
             padding: Theme.s(6)
             focusPolicy: Qt.NoFocus
+            Accessible.name: "Zoom out"
             enabled: UIState.zoom >= 0.501
             onClicked: UIState.zoomOut()
         }
@@ -45,6 +49,8 @@ Rectangle {
             bottomPadding: Theme.s(4)
             text: UIState.zoomPercent
             font: Theme.f(12, Font.DemiBold, true)
+            Accessible.name: "Zoom " + text
+            Accessible.description: control.ToolTip.text
             contentItem: Text {
                 objectName: "zoomPercentText"
                 text: percent.text
@@ -92,6 +98,7 @@ Rectangle {
             iconSize: Theme.s(12)
             padding: Theme.s(6)
             focusPolicy: Qt.NoFocus
+            Accessible.name: "Zoom in"
             enabled: UIState.zoom <= 2.499
             onClicked: UIState.zoomIn()
         }
