@@ -31,6 +31,7 @@ MenuItem {
         font: item.font
         color: item.ink
         elide: Text.ElideRight
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         rightPadding: item.subMenu || item.current ? Theme.s(16) : 0
     }

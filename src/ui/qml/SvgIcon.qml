@@ -13,7 +13,10 @@ Image {
     height: size
     sourceSize.width: Math.ceil(size * Screen.devicePixelRatio)
     sourceSize.height: Math.ceil(size * Screen.devicePixelRatio)
-    source: symbol.length > 0 ? "image://icon/" + symbol + "?" + color : ""
+    // color.toString(), not `"?" + color`: Qt 6.4's compiled bindings turn a colour into text through a
+    // JavaScript wrapper they do not keep from the garbage collector, and a collection at that moment
+    // crashes the load. The explicit call keeps this binding in the JavaScript engine, where it is safe.
+    source: symbol.length > 0 ? "image://icon/" + symbol + "?" + color.toString() : ""
     fillMode: Image.PreserveAspectFit
     smooth: true
     cache: true
