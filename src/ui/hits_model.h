@@ -1,0 +1,75 @@
+// The rows of a results table: the hits of a search or of a report, sorted as the user asks without
+// changing the order the source keeps (exports use that one).
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QAbstractListModel>
+#include <QMetaObject>
+#include <QPointer>
+#include <QString>
+
+#include <vector>
+
+#include "search/search_query.h"
+
+namespace orrelin {
+
+class HitsModel : public QAbstractListModel {
+  Q_OBJECT
+  QML_ELEMENT
+  // Where the hits come from: SearchState, EmptyFoldersPane, LargeOldPane, MissingPane or ComparePane
+  // (its current tab). Any other object, or none, gives no rows.
+  Q_PROPERTY(QObject* source READ source WRITE setSource NOTIFY sourceChanged)
+  // name, catalogName, size, kindName, sortModified or path.
+  Q_PROPERTY(QString sortKey READ sortKey NOTIFY sortChanged)
+  Q_PROPERTY(bool ascending READ ascending NOTIFY sortChanged)
+  Q_PROPERTY(int count READ count NOTIFY countChanged)
+
+ public:
+  enum Role { HitRole = Qt::UserRole + 1, FileIDRole, NameRole };
+
+  explicit HitsModel(QObject* parent = nullptr);
+
+  QObject* source() const { return m_source; }
+  void setSource(QObject* source);
+  // Takes these hits directly (a source set later replaces them).
+  void setHits(std::vector<SearchHit> hits);
+
+  QString sortKey() const { return m_sortKey; }
+  bool ascending() const { return m_ascending; }
+  int count() const { return static_cast<int>(m_rows.size()); }
+
+  // Sorts by `key`; the key already in use flips between ascending and descending. An unknown key is
+  // ignored.
+  Q_INVOKABLE void sortBy(const QString& key);
+  // Sorts by `key` in the given direction.
+  Q_INVOKABLE void sort(const QString& key, bool ascending);
+  // The row's hit as a map (see hitMap); empty outside the rows.
+  Q_INVOKABLE QVariantMap hitAt(int row) const;
+  // The row's file id, 0 outside the rows.
+  Q_INVOKABLE qint64 fileID(int row) const;
+  // The row that shows file `id`, or -1.
+  Q_INVOKABLE int rowOf(qint64 id) const;
+
+  int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QHash<int, QByteArray> roleNames() const override;
+
+ signals:
+  void sourceChanged();
+  void sortChanged();
+  void countChanged();
+
+ private:
+  void reload();
+  void applySort();
+
+  QPointer<QObject> m_source;
+  std::vector<QMetaObject::Connection> m_connections;
+  std::vector<SearchHit> m_hits;  // In the source's order.
+  std::vector<int> m_rows;        // Indexes into m_hits, in the shown order.
+  QString m_sortKey = QStringLiteral("name");
+  bool m_ascending = true;
+};
+
+}  // namespace orrelin

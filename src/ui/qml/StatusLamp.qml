@@ -1,0 +1,18 @@
+// A small lamp: lit in the "ok" colour while a catalog's drive is online, dim grey while offline.
+import QtQuick
+import Orrelin
+
+Rectangle {
+    id: lamp
+    property bool online: false
+    property real size: Theme.s(7)
+
+    width: size
+    height: size
+    radius: size / 2
+    color: online ? Theme.p.ok : Theme.alpha(Theme.p.subtext, 0.45)
+    border.width: online ? 0 : Math.max(1, Theme.s(1))
+    border.color: Theme.alpha(Theme.p.subtext, 0.6)
+    Accessible.role: Accessible.Indicator
+    Accessible.name: online ? "Online" : "Offline"
+}
