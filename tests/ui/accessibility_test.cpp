@@ -10,6 +10,8 @@
 #include <fstream>
 #include <vector>
 
+#include "app/qt/navigation.h"
+#include "search/qt/search_state.h"
 #include "search/saved_search.h"
 #include "store/sqlite_db.h"
 #include "sidebar_support.h"
@@ -247,6 +249,37 @@ TEST_F(AccessibilityTest, EveryControlOfTheWindowItsSheetsAndMenusHasAName) {
   ASSERT_TRUE(waitUntil([&] { return about->isVisible(); }));
   EXPECT_EQ(unnamedControls(about), "");
   about->close();
+}
+
+TEST_F(AccessibilityTest, EveryScreenAndToolTabNamesItsControlsEmptyAndFilled) {
+  // The screens with nothing to show: their empty states and start buttons.
+  removeAllCatalogs();
+  for (AppSection section : allSections()) {
+    model().setSection(section);
+    spin(100);
+    EXPECT_EQ(unnamedControls(window()), "") << "empty " << rawText(section).toStdString();
+  }
+
+  // With the sample library, a cartridge selected and a search and its results on screen.
+  model().loadSampleData();
+  ASSERT_TRUE(waitUntil([&] { return model().catalogs().size() >= 4; }));
+  model().setSelectedCatalogID(catalogNamed("DJ Crates SSD").id);
+  SearchState::shared().setText("a");
+  SearchState::shared().run(model().store());
+  ASSERT_TRUE(waitUntil([&] { return SearchState::shared().searched() && !SearchState::shared().busy(); }));
+  for (AppSection section : allSections()) {
+    model().setSection(section);
+    spin(150);
+    if (section != AppSection::tools) {
+      EXPECT_EQ(unnamedControls(window()), "") << rawText(section).toStdString();
+      continue;
+    }
+    for (ToolTab tab : allToolTabs()) {
+      model().setToolTab(tab);
+      spin(150);
+      EXPECT_EQ(unnamedControls(window()), "") << "tool tab " << static_cast<int>(tab);
+    }
+  }
 }
 
 TEST_F(AccessibilityTest, CartridgesGroupsAndScreensReadAsTheyLookAndPressAsAClickDoes) {
