@@ -1,4 +1,4 @@
-// One count of a comparison: its label and figure. The three lists are chips to click; "Identical"
+// One count of a comparison: its label (the button's text) and figure. The three lists are chips to click; "Identical"
 // (tab -1) is a plain figure in the same shape.
 import QtQuick
 import QtQuick.Controls
@@ -6,7 +6,6 @@ import Orrelin
 
 AbstractButton {
     id: chip
-    property string label
     property real count: 0
     property int tab: -1
     property bool current: false
@@ -21,7 +20,7 @@ AbstractButton {
     topPadding: Theme.s(6)
     bottomPadding: Theme.s(6)
     Accessible.role: clickable ? Accessible.PageTab : Accessible.StaticText
-    Accessible.name: label + ", " + Fmt.count(count)
+    Accessible.name: text + ", " + Fmt.count(count)
     Accessible.selected: current
     Accessible.onPressAction: if (clickable) chip.picked()
     onClicked: if (clickable) chip.picked()
@@ -32,7 +31,7 @@ AbstractButton {
         spacing: Theme.s(8)
         Text {
             anchors.verticalCenter: parent.verticalCenter
-            text: chip.label
+            text: chip.text
             font: Theme.f(12, Font.DemiBold)
             color: chip.current ? Theme.p.text : Theme.p.subtext
         }

@@ -28,7 +28,7 @@ ColumnLayout {
             delegate: CompareChip {
                 required property var modelData
                 objectName: "compareChip" + (modelData.tab >= 0 ? modelData.tab : "Same")
-                label: modelData.label
+                text: modelData.label
                 count: modelData.count
                 tab: modelData.tab
                 current: tab >= 0 && tab === result.pane.tab
