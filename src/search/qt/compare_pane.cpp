@@ -1,6 +1,8 @@
 // The comparison pane: choosing the catalogs, running the comparison on the main thread, the lists.
 #include "search/qt/compare_pane.h"
 
+#include <QVariantMap>
+
 #include "store/catalog_db.h"
 #include "store/db_error.h"
 
@@ -48,6 +50,23 @@ void ComparePane::compare() {
     m_result.reset();  // The lists vanish, with no message.
   }
   emit resultChanged();
+}
+
+void ComparePane::clearResult() {
+  if (!m_result) return;
+  m_result.reset();
+  emit resultChanged();
+}
+
+QVariantList ComparePane::chipList() const {
+  QVariantList list;
+  if (!m_result) return list;
+  for (const CompareChip& chip : compareChips(*m_result)) {
+    list.push_back(QVariantMap{{QStringLiteral("label"), QString::fromUtf8(chip.label)},
+                               {QStringLiteral("count"), QVariant::fromValue<qint64>(chip.count)},
+                               {QStringLiteral("tab"), chip.tab}});
+  }
+  return list;
 }
 
 std::optional<Catalog> ComparePane::catalog(std::optional<int64_t> id) const {

@@ -1,8 +1,10 @@
 // The state of the comparison pane: the two catalogs, the last result and the list shown.
 #pragma once
 
+#include <QtQml/qqmlregistration.h>
 #include <QObject>
 #include <QString>
+#include <QVariantList>
 
 #include <cstdint>
 #include <optional>
@@ -16,12 +18,16 @@ class CatalogDB;
 
 class ComparePane : public QObject {
   Q_OBJECT
+  QML_ELEMENT
   // For the interface, 0 stands for no choice (catalog ids start at 1).
   Q_PROPERTY(qint64 a READ aOrZero WRITE setAOrZero NOTIFY aChanged)
   Q_PROPERTY(qint64 b READ bOrZero WRITE setBOrZero NOTIFY bChanged)
   Q_PROPERTY(int tab READ tab WRITE setTab NOTIFY tabChanged)
   Q_PROPERTY(bool hasResult READ hasResult NOTIFY resultChanged)
   Q_PROPERTY(bool compareDisabled READ compareDisabled NOTIFY choiceChanged)
+  // The chips above the list, one map each: label, count, tab (-1: a plain figure). Empty without a
+  // result.
+  Q_PROPERTY(QVariantList chips READ chipList NOTIFY resultChanged)
 
  public:
   explicit ComparePane(QObject* parent = nullptr) : QObject(parent) {}
@@ -46,12 +52,15 @@ class ComparePane : public QObject {
   const std::optional<CompareResult>& result() const { return m_result; }
   bool hasResult() const { return m_result.has_value(); }
   bool compareDisabled() const { return orrelin::compareDisabled(m_a, m_b); }
+  QVariantList chipList() const;
 
   // The pane came on screen: fills an empty B with the first other catalog.
   Q_INVOKABLE void shown();
   // "Compare": with both catalogs chosen and a database open, compares them now; an error leaves no
   // result. The tab stays.
   Q_INVOKABLE void compare();
+  // Drops the result (the database was replaced); the choices and the tab stay.
+  Q_INVOKABLE void clearResult();
   // The rows of the current tab, for the results table.
   std::vector<SearchHit> rows() const;
 

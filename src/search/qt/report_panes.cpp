@@ -64,6 +64,17 @@ void LargeOldPane::setYears(int years) {
 
 QString LargeOldPane::yearsLabel() const { return qt(orrelin::yearsLabel(m_years)); }
 
+void EmptyFoldersPane::clearResult() {
+  if (!m_hits.empty()) {
+    m_hits.clear();
+    emit hitsChanged();
+  }
+  if (m_ran) {
+    m_ran = false;
+    emit ranChanged();
+  }
+}
+
 QString LargeOldPane::header() const { return qt(largeOldHeader(m_hits)); }
 
 void LargeOldPane::buildReport() {
@@ -85,6 +96,17 @@ void LargeOldPane::buildReport() {
   }
 }
 
+void LargeOldPane::clearResult() {
+  if (!m_hits.empty()) {
+    m_hits.clear();
+    emit hitsChanged();
+  }
+  if (m_ran) {
+    m_ran = false;
+    emit ranChanged();
+  }
+}
+
 MissingPane::MissingPane(QObject* parent) : QObject(parent) {
   m_pool.setMaxThreadCount(1);
   m_pool.setThreadPriority(QThread::HighPriority);
@@ -102,9 +124,9 @@ QString MissingPane::header() const { return qt(missingHeader(count())); }
 
 std::vector<SearchHit> MissingPane::hits() const {
   std::string name;
-  if (m_store && m_catalogID) {
+  if (m_store && m_checkedID) {
     try {
-      if (auto catalog = m_store->catalog(*m_catalogID)) name = catalog->name;
+      if (auto catalog = m_store->catalog(*m_checkedID)) name = catalog->name;
     } catch (const DBError&) {
       name.clear();
     }
@@ -116,9 +138,9 @@ std::vector<SearchHit> MissingPane::hits() const {
 }
 
 bool MissingPane::canUpdate() const {
-  if (m_missing.empty() || !m_store || !m_catalogID) return false;
+  if (m_missing.empty() || !m_store || !m_checkedID) return false;
   try {
-    return m_store->catalog(*m_catalogID).has_value();
+    return m_store->catalog(*m_checkedID).has_value();
   } catch (const DBError&) {
     return false;
   }
@@ -137,12 +159,12 @@ void MissingPane::checkDrive() {
     emit driveOffline(catalog->id);  // The earlier result stays on screen.
     return;
   }
-  if (!m_busy) {
-    m_busy = true;
-    emit busyChanged();
-  }
+  ++m_pending;
+  setBusy(true);
   CatalogDB* store = m_store;
-  m_pool.start([this, store, catalog = std::move(*catalog)] {
+  std::shared_ptr<CatalogDB> keep = m_keep;
+  const int generation = m_generation;
+  m_pool.start([this, store, keep, generation, catalog = std::move(*catalog)] {
     std::vector<FileRecord> missing;
     try {
       missing = store->missingFiles(catalog);
@@ -150,16 +172,39 @@ void MissingPane::checkDrive() {
       missing.clear();
     }
     QMetaObject::invokeMethod(
-        this, [this, missing = std::move(missing)]() mutable { deliver(std::move(missing)); },
+        this,
+        [this, generation, id = catalog.id, missing = std::move(missing)]() mutable {
+          --m_pending;
+          // A check of a database that was replaced since only takes its part of the indicator along.
+          if (generation == m_generation) deliver(std::move(missing), id);
+          else setBusy(m_pending > 0);
+        },
         Qt::QueuedConnection);
   });
 }
 
-void MissingPane::deliver(std::vector<FileRecord> missing) {
-  m_missing = std::move(missing);
-  emit missingChanged();
-  m_busy = false;
+void MissingPane::setBusy(bool busy) {
+  if (busy == m_busy) return;
+  m_busy = busy;
   emit busyChanged();
+}
+
+void MissingPane::clearResult() {
+  ++m_generation;
+  m_checkedID.reset();
+  m_missing.clear();
+  emit missingChanged();
+  if (m_ran) {
+    m_ran = false;
+    emit ranChanged();
+  }
+}
+
+void MissingPane::deliver(std::vector<FileRecord> missing, int64_t catalogID) {
+  m_missing = std::move(missing);
+  m_checkedID = catalogID;
+  emit missingChanged();
+  setBusy(m_pending > 0);
   if (!m_ran) {
     m_ran = true;
     emit ranChanged();

@@ -2,12 +2,14 @@
 // their buttons. They live as long as the pane is on screen; nothing persists.
 #pragma once
 
+#include <QtQml/qqmlregistration.h>
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <set>
 #include <vector>
@@ -21,6 +23,7 @@ class CatalogDB;
 // "Empty folders": folders that held nothing when cataloged.
 class EmptyFoldersPane : public QObject {
   Q_OBJECT
+  QML_ELEMENT
   Q_PROPERTY(QList<qint64> ids READ idList WRITE setIdList NOTIFY idsChanged)
   Q_PROPERTY(int count READ count NOTIFY hitsChanged)
   Q_PROPERTY(QString header READ header NOTIFY hitsChanged)
@@ -43,6 +46,8 @@ class EmptyFoldersPane : public QObject {
 
   // "Find Empty Folders": reads the report now; no database or an error gives an empty list.
   Q_INVOKABLE void find();
+  // Back to the state before the first run (the database was replaced); the inputs stay.
+  Q_INVOKABLE void clearResult();
 
  signals:
   void idsChanged();
@@ -59,6 +64,7 @@ class EmptyFoldersPane : public QObject {
 // "Large & old files": files of at least minMB megabytes not modified for `years` years.
 class LargeOldPane : public QObject {
   Q_OBJECT
+  QML_ELEMENT
   Q_PROPERTY(QList<qint64> ids READ idList WRITE setIdList NOTIFY idsChanged)
   Q_PROPERTY(QString minMB READ minMB WRITE setMinMB NOTIFY minMBChanged)
   Q_PROPERTY(int years READ years WRITE setYears NOTIFY yearsChanged)
@@ -90,6 +96,8 @@ class LargeOldPane : public QObject {
   // "Build Report": the minimum from minMB (0 when it is no number), the cutoff `years` before now, then
   // the report; no database or an error gives an empty list.
   Q_INVOKABLE void buildReport();
+  // Back to the state before the first run (the database was replaced); the inputs stay.
+  Q_INVOKABLE void clearResult();
 
  signals:
   void idsChanged();
@@ -110,11 +118,15 @@ class LargeOldPane : public QObject {
 // "Missing-file check": the records of one catalog that are gone from its connected drive.
 class MissingPane : public QObject {
   Q_OBJECT
+  QML_ELEMENT
   Q_PROPERTY(qint64 catalogID READ catalogIDOrZero WRITE setCatalogIDOrZero NOTIFY catalogIDChanged)
   Q_PROPERTY(int count READ count NOTIFY missingChanged)
   Q_PROPERTY(QString header READ header NOTIFY missingChanged)
   Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
   Q_PROPERTY(bool ran READ ran NOTIFY ranChanged)
+  // The catalog the shown list belongs to (0: none yet), and whether "Update Catalog" is offered.
+  Q_PROPERTY(qint64 checkedCatalogID READ checkedCatalogIDOrZero NOTIFY missingChanged)
+  Q_PROPERTY(bool canUpdate READ canUpdate NOTIFY missingChanged)
 
  public:
   explicit MissingPane(QObject* parent = nullptr);
@@ -122,7 +134,16 @@ class MissingPane : public QObject {
   ~MissingPane() override;
 
   // The database the check reads, and the catalogs whose drive is connected now.
-  void setStore(CatalogDB* store) { m_store = store; }
+  void setStore(CatalogDB* store) {
+    m_store = store;
+    m_keep.reset();
+  }
+  // The same, sharing ownership, so that a check still running keeps the connection alive after the
+  // owner has let go of it (a restore replaces the database).
+  void setStore(std::shared_ptr<CatalogDB> store) {
+    m_store = store.get();
+    m_keep = std::move(store);
+  }
   void setOnlineIDs(std::set<int64_t> ids) { m_onlineIDs = std::move(ids); }
 
   std::optional<int64_t> catalogID() const { return m_catalogID; }
@@ -135,14 +156,19 @@ class MissingPane : public QObject {
   QString header() const;
   bool busy() const { return m_busy; }
   bool ran() const { return m_ran; }
-  // The records as rows of the results table, with the catalog's name (empty if it is gone).
+  qint64 checkedCatalogIDOrZero() const { return m_checkedID.value_or(0); }
+  // The records as rows of the results table, with the name of the catalog that was checked (empty if it
+  // is gone), whatever is chosen now.
   std::vector<SearchHit> hits() const;
-  // "Update Catalog" is offered when something is missing and the catalog still exists.
+  // "Update Catalog" is offered when something is missing and the checked catalog still exists.
   bool canUpdate() const;
 
   // "Check Drive": nothing without a choice, a catalog or a database; driveOffline() and no change when
   // the drive is not connected; else the check on a background thread, delivered here.
   Q_INVOKABLE void checkDrive();
+  // Back to the state before the first run (the database was replaced): the list empties, and a check
+  // still running is not shown when it ends.
+  Q_INVOKABLE void clearResult();
 
  signals:
   void catalogIDChanged();
@@ -153,11 +179,16 @@ class MissingPane : public QObject {
   void driveOffline(qint64 catalogID);
 
  private:
-  void deliver(std::vector<FileRecord> missing);
+  void deliver(std::vector<FileRecord> missing, int64_t catalogID);
+  void setBusy(bool busy);
 
   CatalogDB* m_store = nullptr;
+  std::shared_ptr<CatalogDB> m_keep;  // Set when the owner shares the connection.
   std::set<int64_t> m_onlineIDs;
   std::optional<int64_t> m_catalogID;
+  std::optional<int64_t> m_checkedID;  // The catalog of m_missing.
+  int m_generation = 0;                // Raised by clearResult(); a check of an older one is dropped.
+  int m_pending = 0;                   // Checks started and not yet delivered.
   std::vector<FileRecord> m_missing;
   bool m_busy = false;
   bool m_ran = false;
