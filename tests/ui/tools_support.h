@@ -34,6 +34,10 @@ class ToolsTest : public MainWindowTest {
     // Applies and undos start quiet rescans; none may outlive the test's folders.
     waitUntil([&] { return !model().scanner()->isRunning(); });
     model().dismissAlert();
+    // The next tests of this process find the library as a fresh start leaves it.
+    removeAllCatalogs();
+    std::error_code ignored;
+    std::filesystem::remove_all(UndoLogStore::folder(), ignored);
     model().setSection(AppSection::browse);
     model().setToolTab(ToolTab::claude);
     MainWindowTest::TearDown();

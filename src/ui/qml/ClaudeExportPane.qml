@@ -9,17 +9,23 @@ ColumnLayout {
     objectName: "claudeExportPane"
     spacing: Theme.s(16)
 
+    // The five files of the bundle: name, icon and what it is for.
     readonly property var files: [
-        { name: "SUMMARY.md", symbol: "doc.richtext.fill",
-          text: "Drive stats, file-type breakdown, folder tree to depth 3, largest folders and files, duplicates and naming problems." },
-        { name: "files.jsonl", symbol: "curlybraces",
-          text: "JSON Lines — one record per file: path, name, extension, kind and UTI, size, dates, tags, checksum (if computed) and media metadata." },
-        { name: "catalog.xml", symbol: "chevron.left.forwardslash.chevron.right",
-          text: "The same records as XML." },
-        { name: "README.md", symbol: "doc.text.fill",
-          text: "Explains every field and the organization-plan format Claude can write back." },
-        { name: "organization-plan.template.json", symbol: "doc.badge.gearshape",
-          text: "A starting point for a plan." }
+        { name: "SUMMARY.md",
+          text: "Drive stats, file-type breakdown, folder tree to depth 3, largest folders and files, duplicates and naming problems.",
+          symbol: "doc.richtext.fill" },
+        { name: "files.jsonl",
+          text: "JSON Lines — one record per file: path, name, extension, kind and UTI, size, dates, tags, checksum (if computed) and media metadata.",
+          symbol: "curlybraces" },
+        { name: "catalog.xml",
+          text: "The same records as XML.",
+          symbol: "chevron.left.forwardslash.chevron.right" },
+        { name: "README.md",
+          text: "Explains every field and the organization-plan format Claude can write back.",
+          symbol: "doc.text.fill" },
+        { name: "organization-plan.template.json",
+          text: "A starting point for a plan.",
+          symbol: "doc.badge.gearshape" }
     ]
 
     ToolCard {
@@ -99,4 +105,7 @@ ColumnLayout {
             onClicked: AppModel.exportForClaude(picker.selection)
         }
     }
+
+    // The pane is given at least the visible height; what it does not fill stays below the cards.
+    Item { Layout.fillHeight: true }
 }

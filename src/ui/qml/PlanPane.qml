@@ -46,46 +46,45 @@ ColumnLayout {
             }
         }
 
-        // The loaded plan: its file, its description, and a button to check it again against the disk.
-        RowLayout {
+        // The loaded plan: its file, with a button to check it again against the disk, and its description.
+        ColumnLayout {
             Layout.fillWidth: true
             visible: planState.hasPlan
-            spacing: Theme.s(8)
+            spacing: Theme.s(2)
 
-            SvgIcon {
-                Layout.alignment: Qt.AlignTop
-                Layout.topMargin: Theme.s(2)
-                symbol: "doc.badge.gearshape"
-                size: Theme.s(16)
-                color: Theme.p.accent
-            }
-            ColumnLayout {
+            RowLayout {
                 Layout.fillWidth: true
-                spacing: Theme.s(2)
+                spacing: Theme.s(8)
+                SvgIcon {
+                    symbol: "doc.badge.gearshape"
+                    size: Theme.s(16)
+                    color: Theme.p.accent
+                }
                 Text {
                     objectName: "planFileLine"
-                    Layout.fillWidth: true
+                    Layout.minimumWidth: Theme.s(60)
                     text: "Plan: " + planState.planName
                     font: Theme.f(13, Font.DemiBold)
                     color: Theme.p.text
                     elide: Text.ElideMiddle
                 }
-                Text {
-                    objectName: "planDescription"
-                    Layout.fillWidth: true
-                    visible: text.length > 0
-                    text: planState.planDescription
-                    font: Theme.f(12)
-                    color: Theme.p.subtext
-                    wrapMode: Text.Wrap
+                IconButton {
+                    objectName: "planRevalidateButton"
+                    symbol: "arrow.clockwise"
+                    tip: "Validate Again"
+                    onClicked: planState.revalidate()
                 }
+                Item { Layout.fillWidth: true }
             }
-            IconButton {
-                objectName: "planRevalidateButton"
-                Layout.alignment: Qt.AlignTop
-                symbol: "arrow.clockwise"
-                tip: "Validate Again"
-                onClicked: planState.revalidate()
+            Text {
+                objectName: "planDescription"
+                Layout.fillWidth: true
+                Layout.leftMargin: Theme.s(24)
+                visible: text.length > 0
+                text: planState.planDescription
+                font: Theme.f(12)
+                color: Theme.p.subtext
+                wrapMode: Text.Wrap
             }
         }
 
@@ -147,4 +146,7 @@ ColumnLayout {
             }
         }
     }
+
+    // The pane is given at least the visible height; what it does not fill stays below the cards.
+    Item { Layout.fillHeight: true }
 }

@@ -40,6 +40,7 @@ ColumnLayout {
             RenameField {
                 objectName: "renameFolder"
                 Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 label: "Folder inside the drive (blank = top level)"
                 input.symbol: "folder"
                 onTextChanged: renameState.folder = text
@@ -47,6 +48,7 @@ ColumnLayout {
             RenameField {
                 objectName: "renameFilter"
                 Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 label: "Only names containing…"
                 input.symbol: "line.3.horizontal.decrease"
                 onTextChanged: renameState.filter = text
@@ -84,45 +86,45 @@ ColumnLayout {
         }
         GridLayout {
             Layout.fillWidth: true
-            columns: pane.pairColumns
+            columns: pane.pairColumns === 2 ? 3 : 1
             columnSpacing: Theme.s(14)
             rowSpacing: Theme.s(10)
             RenameField {
                 objectName: "renameFind"
                 Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 label: "Find"
                 onTextChanged: renameState.find = text
             }
             RenameField {
                 objectName: "renameReplace"
                 Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 label: "Replace with"
                 onTextChanged: renameState.replace = text
             }
-        }
-        OptionSwitch {
-            objectName: "renameRegex"
-            text: "Regex"
-            checked: renameState.useRegex
-            onToggled: renameState.useRegex = checked
-        }
-        GridLayout {
-            Layout.fillWidth: true
-            columns: pane.pairColumns
-            columnSpacing: Theme.s(14)
-            rowSpacing: Theme.s(10)
+            OptionSwitch {
+                objectName: "renameRegex"
+                Layout.alignment: Qt.AlignBottom
+                text: "Regex"
+                checked: renameState.useRegex
+                onToggled: renameState.useRegex = checked
+            }
             RenameField {
                 objectName: "renamePrefix"
                 Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 label: "Prefix"
                 onTextChanged: renameState.prefix = text
             }
             RenameField {
                 objectName: "renameSuffix"
                 Layout.fillWidth: true
+                Layout.preferredWidth: 1
                 label: "Suffix"
                 onTextChanged: renameState.suffix = text
             }
+            Item { implicitWidth: 0; implicitHeight: 0 }
         }
         Flow {
             Layout.fillWidth: true
@@ -203,4 +205,7 @@ ColumnLayout {
             }
         }
     }
+
+    // The pane is given at least the visible height; what it does not fill stays below the cards.
+    Item { Layout.fillHeight: true }
 }

@@ -16,13 +16,17 @@ ColumnLayout {
 
     spacing: 0
 
+    // Where the columns would be too narrow to read (a small window, a high zoom), each step takes two
+    // lines instead: what it does from where to where, then its verdict.
+    readonly property bool compact: width < Theme.s(640)
     // The columns: the Step column is fixed, the others share what is left.
-    readonly property real stepWidth: Theme.s(104)
+    readonly property real stepWidth: Theme.s(92)
     readonly property real restWidth: Math.max(Theme.s(240), width - stepWidth - Theme.s(16))
-    readonly property var widths: [stepWidth, restWidth * 0.32, restWidth * 0.32, restWidth * 0.36]
+    readonly property var widths: [stepWidth, restWidth * 0.3, restWidth * 0.3, restWidth * 0.4]
 
     Rectangle {
         Layout.fillWidth: true
+        visible: !table.compact
         implicitHeight: Theme.s(26)
         radius: Theme.s(6)
         color: Theme.alpha(Theme.p.text, 0.04)
@@ -52,7 +56,8 @@ ColumnLayout {
         id: rows
         objectName: table.objectName.length > 0 ? table.objectName + "List" : "stepsList"
         Layout.fillWidth: true
-        implicitHeight: Math.min(count, table.visibleRows) * table.rowHeight
+        // Rows whose verdict takes two lines are taller; the estimate is refined as rows are made.
+        implicitHeight: Math.min(contentHeight, table.visibleRows * table.rowHeight * (table.compact ? 1.8 : 1))
         clip: true
         model: table.steps
         interactive: count > table.visibleRows
@@ -68,7 +73,8 @@ ColumnLayout {
             required property var modelData
             required property int index
             width: ListView.view.width
-            height: table.rowHeight
+            height: table.compact ? stacked.implicitHeight + Theme.s(10)
+                                  : Math.max(table.rowHeight, status.implicitHeight + Theme.s(8))
             radius: Theme.s(4)
             color: ListView.isCurrentItem && rows.activeFocus ? Theme.alpha(Theme.p.accent, 0.16)
                  : index % 2 ? Theme.alpha(Theme.p.text, 0.025) : "transparent"
@@ -79,6 +85,7 @@ ColumnLayout {
             Row {
                 x: Theme.s(8)
                 height: parent.height
+                visible: !table.compact
 
                 StepsTableCell {
                     width: table.widths[0]
@@ -107,11 +114,62 @@ ColumnLayout {
                         size: Theme.s(14)
                         color: row.modelData.ok ? Theme.p.ok : Theme.p.danger
                     }
+                    // The verdict wraps onto a second line rather than lose its point.
                     StepsTableCell {
+                        id: status
                         anchors.left: verdict.right
                         anchors.right: parent.right
+                        anchors.verticalCenter: parent.verticalCenter
+                        height: implicitHeight
                         text: row.modelData.status
                         color: row.modelData.ok ? Theme.p.text : Theme.p.danger
+                        wrapMode: Text.Wrap
+                        maximumLineCount: 2
+                        elide: Text.ElideRight
+                    }
+                }
+            }
+
+            Column {
+                id: stacked
+                visible: table.compact
+                x: Theme.s(8)
+                y: Theme.s(5)
+                width: parent.width - Theme.s(16)
+                spacing: Theme.s(3)
+
+                Row {
+                    width: parent.width
+                    spacing: Theme.s(8)
+                    Text {
+                        id: kindLabel
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: row.modelData.kind
+                        font: Theme.f(11, Font.DemiBold)
+                        color: Theme.p.subtext
+                    }
+                    StepsTableCell {
+                        width: parent.width - kindLabel.width - parent.spacing
+                        height: implicitHeight
+                        leftPadding: 0
+                        text: (row.modelData.from.length > 0 ? row.modelData.from + "  \u2192  " : "") + row.modelData.to
+                        mono: true
+                    }
+                }
+                Row {
+                    width: parent.width
+                    spacing: Theme.s(6)
+                    SvgIcon {
+                        symbol: row.modelData.ok ? "checkmark.circle.fill" : "xmark.octagon.fill"
+                        size: Theme.s(13)
+                        color: row.modelData.ok ? Theme.p.ok : Theme.p.danger
+                    }
+                    Text {
+                        width: parent.width - Theme.s(19)
+                        text: row.modelData.status
+                        font: Theme.f(12)
+                        color: row.modelData.ok ? Theme.p.text : Theme.p.danger
+                        wrapMode: Text.Wrap
                     }
                 }
             }
