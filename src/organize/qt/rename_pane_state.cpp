@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "app/qt/app_model.h"
+
 namespace orrelin {
 
 namespace {
@@ -17,6 +19,8 @@ QString text(std::string_view s) { return QString::fromUtf8(s.data(), static_cas
 }  // namespace
 
 RenamePaneState::RenamePaneState(QObject* parent) : QObject(parent) {}
+
+void RenamePaneState::classBegin() { AppModel::shared().connectRenamePane(*this); }
 
 void RenamePaneState::setCatalogID(qint64 id) {
   std::optional<int64_t> chosen = id < 0 ? std::nullopt : std::optional<int64_t>(id);

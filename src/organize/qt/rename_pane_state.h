@@ -2,6 +2,8 @@
 // preview and apply, whose messages leave as signals.
 #pragma once
 
+#include <QtQml/qqmlparserstatus.h>
+#include <QtQml/qqmlregistration.h>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -13,8 +15,10 @@ namespace orrelin {
 
 class CatalogDB;
 
-class RenamePaneState : public QObject {
+class RenamePaneState : public QObject, public QQmlParserStatus {
   Q_OBJECT
+  Q_INTERFACES(QQmlParserStatus)
+  QML_ELEMENT
   // The chosen catalog's id, or -1 for none.
   Q_PROPERTY(qint64 catalogID READ catalogID WRITE setCatalogID NOTIFY formChanged)
   Q_PROPERTY(QString folder READ folder WRITE setFolder NOTIFY formChanged)
@@ -44,6 +48,11 @@ class RenamePaneState : public QObject {
   // The database connection the pane reads catalogs from; null while the database is closed, when
   // preview and apply do nothing. Not owned.
   void setStore(CatalogDB* store) { m_store = store; }
+
+  // Made by QML: takes the program's store (again after a restore replaces it) and sends its messages
+  // and rescans to the application state.
+  void classBegin() override;
+  void componentComplete() override {}
 
   // The plain state underneath, for callers outside the screen.
   const RenamePane& pane() const { return m_pane; }
