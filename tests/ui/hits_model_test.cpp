@@ -2,6 +2,8 @@
 // without touching the order the search keeps, and the record maps the screens draw from.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "app/qt/app_model.h"
 #include "search/qt/search_state.h"
 #include "store/catalog_db.h"
@@ -17,7 +19,9 @@ class HitsModelTest : public ::testing::Test {
  protected:
   void SetUp() override {
     AppModel& app = AppModel::shared();
-    if (app.catalogs().empty()) app.loadSampleData();
+    // Earlier tests in the same process may leave catalogs of their own; the sample ones are what counts.
+    if (std::none_of(app.catalogs().begin(), app.catalogs().end(), [](const Catalog& c) { return c.isSample; }))
+      app.loadSampleData();
     ASSERT_FALSE(app.catalogs().empty());
     SearchState& search = SearchState::shared();
     search.setText("a");
