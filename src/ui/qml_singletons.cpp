@@ -13,4 +13,18 @@ SearchState* SearchStateSingleton::create(QQmlEngine* engine, QJSEngine* js) {
   return SearchState::create(engine, js);
 }
 
+DuplicateState* DuplicateStateSingleton::create(QQmlEngine*, QJSEngine*) {
+  DuplicateState* state = &DuplicateState::shared();
+  QQmlEngine::setObjectOwnership(state, QQmlEngine::CppOwnership);
+  // Every engine asks once; the store is hooked only the first time.
+  static const bool hooked = [state] {
+    AppModel& app = AppModel::shared();
+    state->setStore(app.store().get());
+    QObject::connect(&app, &AppModel::storeChanged, state, [state, &app] { state->setStore(app.store().get()); });
+    return true;
+  }();
+  (void)hooked;
+  return state;
+}
+
 }  // namespace orrelin

@@ -9,6 +9,7 @@
 #include <QQmlEngine>
 
 #include "app/qt/app_model.h"
+#include "search/qt/duplicate_state.h"
 #include "search/qt/search_state.h"
 #include "ui/ui_state.h"
 
@@ -45,6 +46,18 @@ struct SearchStateSingleton {
  public:
   // SearchState::shared(), owned by C++.
   static SearchState* create(QQmlEngine* engine, QJSEngine* js);
+};
+
+struct DuplicateStateSingleton {
+  Q_GADGET
+  QML_FOREIGN(orrelin::DuplicateState)
+  QML_NAMED_ELEMENT(DuplicateState)
+  QML_SINGLETON
+
+ public:
+  // DuplicateState::shared(), owned by C++, reading AppModel's database: the one open now, and each one
+  // that replaces it (a restore from a backup).
+  static DuplicateState* create(QQmlEngine* engine, QJSEngine* js);
 };
 
 }  // namespace orrelin

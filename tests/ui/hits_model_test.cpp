@@ -1,5 +1,8 @@
 // The results tables' rows: a search's hits on the sample library, sorted both ways by each column
 // without touching the order the search keeps, and the record maps the screens draw from.
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,6 +27,7 @@ class HitsModelTest : public ::testing::Test {
       app.loadSampleData();
     ASSERT_FALSE(app.catalogs().empty());
     SearchState& search = SearchState::shared();
+    search.resetFilters();
     search.setText("a");
     search.run(app.store());
     ASSERT_TRUE(waitUntil([&] { return search.searched() && !search.busy(); }));
@@ -78,6 +82,46 @@ TEST_F(HitsModelTest, SortsTheViewBothWaysAndKeepsTheSearchOrder) {
   EXPECT_EQ(model.rowOf(stored.front().id()) >= 0, true);
   EXPECT_EQ(model.rowOf(-5), -1);
   EXPECT_TRUE(model.hitAt(model.count()).isEmpty());
+}
+
+TEST_F(HitsModelTest, TheSelectionStaysOnItsFileThroughSortsAndNewResults) {
+  SearchState& search = SearchState::shared();
+  HitsModel model;
+  QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Warning);
+  model.setSource(&search);
+  QSignalSpy selection(&model, &HitsModel::selectionChanged);
+  model.setSelectedRow(5);
+  const qint64 id = model.fileID(5);
+  EXPECT_EQ(model.selectedID(), id);
+  EXPECT_EQ(selection.size(), 1);
+
+  for (const char* key : {"size", "size", "path", "catalogName", "kindName", "sortModified"}) {
+    model.sortBy(key);
+    EXPECT_EQ(model.selectedID(), id) << key;
+    ASSERT_GE(model.selectedRow(), 0) << key;
+    EXPECT_EQ(model.fileID(model.selectedRow()), id) << key;
+    EXPECT_EQ(model.rowOf(id), model.selectedRow()) << key;
+  }
+
+  // The same search again keeps the choice; one that no longer finds the file drops it.
+  search.run(AppModel::shared().store());
+  ASSERT_TRUE(waitUntil([&] { return !search.busy(); }));
+  EXPECT_EQ(model.selectedID(), id);
+  search.setText("zzzz-no-such-name");
+  search.run(AppModel::shared().store());
+  ASSERT_TRUE(waitUntil([&] { return !search.busy(); }));
+  EXPECT_EQ(model.selectedID(), 0);
+  EXPECT_EQ(model.selectedRow(), -1);
+  search.setText("a");
+  search.run(AppModel::shared().store());
+  ASSERT_TRUE(waitUntil([&] { return !search.busy(); }));
+
+  // A row outside the table, or an id no row shows, is no selection.
+  model.setSelectedRow(0);
+  model.setSelectedRow(model.count());
+  EXPECT_EQ(model.selectedID(), 0);
+  model.setSelectedID(-3);
+  EXPECT_EQ(model.selectedRow(), -1);
 }
 
 TEST_F(HitsModelTest, FollowsANewResultAndForgetsAGoneSource) {

@@ -44,6 +44,15 @@ QString DuplicateState::modeName() const {
   return QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size()));
 }
 
+QStringList DuplicateState::modeNames() {
+  QStringList names;
+  for (DuplicateMode mode : kAllDuplicateModes) {
+    std::string_view raw = rawValue(mode);
+    names << QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size()));
+  }
+  return names;
+}
+
 void DuplicateState::setMinSizeMB(double megabytes) {
   if (megabytes == m_minSizeMB) return;
   m_minSizeMB = megabytes;
@@ -77,6 +86,28 @@ bool DuplicateState::isExpanded(const QString& key) const { return m_expanded.co
 void DuplicateState::toggleExpanded(const QString& key) {
   std::string k = key.toStdString();
   if (!m_expanded.erase(k)) m_expanded.insert(k);
+  emit expandedChanged();
+}
+
+bool DuplicateState::allExpanded() const {
+  if (m_groups.empty()) return false;
+  for (const DuplicateGroup& group : m_groups) {
+    if (!m_expanded.count(group.key)) return false;
+  }
+  return true;
+}
+
+void DuplicateState::expandAll() {
+  std::set<std::string> keys;
+  for (const DuplicateGroup& group : m_groups) keys.insert(group.key);
+  if (keys == m_expanded) return;
+  m_expanded = std::move(keys);
+  emit expandedChanged();
+}
+
+void DuplicateState::collapseAll() {
+  if (m_expanded.empty()) return;
+  m_expanded.clear();
   emit expandedChanged();
 }
 

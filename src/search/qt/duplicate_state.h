@@ -21,12 +21,16 @@ class DuplicateState : public QObject {
   Q_OBJECT
   Q_PROPERTY(int mode READ modeIndex WRITE setModeIndex NOTIFY modeChanged)
   Q_PROPERTY(QString modeName READ modeName NOTIFY modeChanged)
+  // The modes' raw values, in the order of `mode`'s indexes.
+  Q_PROPERTY(QStringList modeNames READ modeNames CONSTANT)
   Q_PROPERTY(double minSizeMB READ minSizeMB WRITE setMinSizeMB NOTIFY minSizeMBChanged)
   Q_PROPERTY(bool crossOnly READ crossOnly WRITE setCrossOnly NOTIFY crossOnlyChanged)
   Q_PROPERTY(QList<qint64> catalogIDs READ catalogIDList WRITE setCatalogIDList NOTIFY catalogIDsChanged)
   Q_PROPERTY(int groupCount READ groupCount NOTIFY groupsChanged)
   Q_PROPERTY(qint64 wastedBytes READ wastedBytes NOTIFY groupsChanged)
   Q_PROPERTY(QStringList expanded READ expandedList NOTIFY expandedChanged)
+  // Whether there are sets and every one of them is open.
+  Q_PROPERTY(bool allExpanded READ allExpanded NOTIFY expandedChanged)
   Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
   Q_PROPERTY(bool ran READ ran NOTIFY ranChanged)
 
@@ -46,6 +50,7 @@ class DuplicateState : public QObject {
   int modeIndex() const { return static_cast<int>(m_mode); }
   void setModeIndex(int index);
   QString modeName() const;
+  static QStringList modeNames();
   double minSizeMB() const { return m_minSizeMB; }
   void setMinSizeMB(double megabytes);
   bool crossOnly() const { return m_crossOnly; }
@@ -66,6 +71,11 @@ class DuplicateState : public QObject {
   QStringList expandedList() const;
   Q_INVOKABLE bool isExpanded(const QString& key) const;
   Q_INVOKABLE void toggleExpanded(const QString& key);
+  bool allExpanded() const;
+  // Opens every set of the last result.
+  Q_INVOKABLE void expandAll();
+  // Closes every set.
+  Q_INVOKABLE void collapseAll();
   bool busy() const { return m_busy; }
   bool ran() const { return m_ran; }
 

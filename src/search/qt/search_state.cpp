@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cmath>
 
+#include "app/qt/app_model.h"
 #include "store/catalog_db.h"
 
 namespace orrelin {
@@ -96,6 +97,8 @@ void SearchState::run(std::shared_ptr<CatalogDB> store) {
         Qt::QueuedConnection);
   });
 }
+
+void SearchState::run() { run(AppModel::shared().store()); }
 
 void SearchState::finish(std::vector<SearchHit> hits, std::optional<std::string> error, double elapsed) {
   if (error) {

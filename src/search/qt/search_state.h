@@ -73,6 +73,8 @@ class SearchState : public QObject {
   // empty, error is set, then busy and searched change. The old hits stay visible while it runs.
   // Overlapping runs are not prevented: the last to finish wins.
   void run(std::shared_ptr<CatalogDB> store);
+  // The same on the program's open database (AppModel's store); nothing when none is open.
+  Q_INVOKABLE void run();
 
   // A new saved search of the current fields under `name`.
   SavedSearch snapshot(const std::string& name) const { return m_form.snapshot(name); }
