@@ -11,6 +11,9 @@ AbstractButton {
 
     text: file.rank + ". " + file.name + ", " + file.catalogName + ", " + file.text
     hoverEnabled: true
+    // The card gives the width; the row's content must not ask for one, or the name and catalog columns
+    // and the card's layout would keep resizing each other.
+    implicitWidth: Theme.s(240)
     implicitHeight: Theme.s(28)
     Accessible.role: Accessible.Button
     Accessible.name: text
