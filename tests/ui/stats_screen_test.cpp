@@ -49,7 +49,9 @@ class StatsScreenTest : public SidebarTest {
     shown(QStringLiteral("statsView"));
   }
 
-  QString figure(const QString& label) { return textOf(QStringLiteral("statsFigures"), "figureValue_" + label); }
+  QString figure(const QString& label) {
+    return textOf(QStringLiteral("statsFigures"), "figureValue_" + label);
+  }
 
   // The items named `name` below the item `owner`, top to bottom then left to right.
   std::vector<QQuickItem*> itemsIn(const QString& owner, const QString& name) {
@@ -72,7 +74,8 @@ class StatsScreenTest : public SidebarTest {
   // A text of every row of a chart: the row's `key` from the data it draws.
   QStringList chartColumn(const QString& chart, const QString& rowName, const char* key) {
     QStringList values;
-    for (QQuickItem* row : itemsIn(chart, rowName)) values << row->property("modelData").toMap()[key].toString();
+    for (QQuickItem* row : itemsIn(chart, rowName))
+      values << row->property("modelData").toMap()[key].toString();
     return values;
   }
 
@@ -85,7 +88,8 @@ class StatsScreenTest : public SidebarTest {
 
   QStringList widths(const QString& owner) {
     QStringList values;
-    for (QQuickItem* bar : itemsIn(owner, QStringLiteral("chartBar"))) values << QString::number(bar->width());
+    for (QQuickItem* bar : itemsIn(owner, QStringLiteral("chartBar")))
+      values << QString::number(bar->width());
     return values;
   }
 };
@@ -117,7 +121,8 @@ TEST_F(StatsScreenTest, SampleLibraryFiguresAndCardsMatchTheDatabase) {
   EXPECT_EQ(texts("kindChart", "chartValue"), sizes);
   std::vector<double> barWidths;
   for (QQuickItem* bar : itemsIn("kindChart", "chartBar")) barWidths.push_back(bar->width());
-  EXPECT_TRUE(std::is_sorted(barWidths.rbegin(), barWidths.rend())) << widths("kindChart").join(' ').toStdString();
+  EXPECT_TRUE(std::is_sorted(barWidths.rbegin(), barWidths.rend()))
+      << widths("kindChart").join(' ').toStdString();
 
   // "Count" keeps the order and relabels the bars; the widest bar is then the kind with the most files.
   click(QStringLiteral("kindMeasure_Count"));
@@ -154,8 +159,10 @@ TEST_F(StatsScreenTest, LargestFileRowOpensTheFileInTheBrowser) {
   const LibraryStats stats = model().store()->stats();
   ASSERT_EQ(stats.largest.size(), 25u);
   ASSERT_TRUE(waitUntil([&] { return item(QStringLiteral("largestRow_24")) != nullptr; }));
-  EXPECT_TRUE(shown(QStringLiteral("largestRow_0"))->property("text").toString().startsWith(
-      "1. " + qs(stats.largest[0].name())));
+  EXPECT_TRUE(shown(QStringLiteral("largestRow_0"))
+                  ->property("text")
+                  .toString()
+                  .startsWith("1. " + qs(stats.largest[0].name())));
 
   // A row further down, so the click is not simply the first catalog's default.
   const SearchHit& pick = stats.largest[3];
@@ -167,7 +174,8 @@ TEST_F(StatsScreenTest, LargestFileRowOpensTheFileInTheBrowser) {
 TEST_F(StatsScreenTest, ScannedFolderShowsUpWhenTheScreenIsShownAgain) {
   TempDir dir;
   makeTree(dir.path());
-  for (const char* name : {"notes.txt", "Photos/a.jpg", "Music/b.mp3"}) setModifiedYear(dir.path() / name, 2011);
+  for (const char* name : {"notes.txt", "Photos/a.jpg", "Music/b.mp3"})
+    setModifiedYear(dir.path() / name, 2011);
   setModifiedYear(dir.path() / "Music/b.mp3", 2003);
   Catalog catalog = scanFolder(dir.path(), "Bench Drive");
 
@@ -229,7 +237,8 @@ TEST(ChartScaleTest, AxesAreRoundAndHoldTheLargestValue) {
     EXPECT_LT(scale.max - largest, step * (1 + 1e-9));
     // The step is 1, 2 or 5 times a power of ten.
     const double mantissa = step / std::pow(10.0, std::floor(std::log10(step) + 1e-9));
-    EXPECT_TRUE(std::abs(mantissa - 1) < 1e-6 || std::abs(mantissa - 2) < 1e-6 || std::abs(mantissa - 5) < 1e-6)
+    EXPECT_TRUE(std::abs(mantissa - 1) < 1e-6 || std::abs(mantissa - 2) < 1e-6 ||
+                std::abs(mantissa - 5) < 1e-6)
         << "step " << step;
   }
 }

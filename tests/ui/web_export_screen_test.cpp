@@ -27,7 +27,9 @@ class WebExportScreenTest : public SidebarTest {
     shown(QStringLiteral("webExportView"));
     settle();
   }
-  QString countLine() { return textOf(QStringLiteral("webCatalogList"), QStringLiteral("webSelectionCount")); }
+  QString countLine() {
+    return textOf(QStringLiteral("webCatalogList"), QStringLiteral("webSelectionCount"));
+  }
   QString checkSymbol(int row) {
     QObject* icon = findNamed(shown("webCatalog_" + QString::number(row)), QStringLiteral("checkIcon"));
     return icon ? icon->property("symbol").toString() : QString();

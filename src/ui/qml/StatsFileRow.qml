@@ -2,7 +2,6 @@
 // screen reader's press) shows the file in the browser.
 import QtQuick
 import QtQuick.Controls
-import QtQuick.Layouts
 import Orrelin
 
 AbstractButton {
@@ -11,8 +10,6 @@ AbstractButton {
 
     text: file.rank + ". " + file.name + ", " + file.catalogName + ", " + file.text
     hoverEnabled: true
-    // The card gives the width; the row's content must not ask for one, or the name and catalog columns
-    // and the card's layout would keep resizing each other.
     implicitWidth: Theme.s(240)
     implicitHeight: Theme.s(28)
     Accessible.role: Accessible.Button
@@ -34,36 +31,55 @@ AbstractButton {
         border.color: Theme.p.accent
     }
 
-    contentItem: RowLayout {
-        spacing: Theme.s(8)
+    // Placed by hand rather than by a layout: the catalog column's width depends on the row's, which a
+    // layout would keep recomputing.
+    contentItem: Item {
+        id: line
         Text {
-            Layout.preferredWidth: Theme.s(22)
+            id: rank
+            width: Theme.s(22)
+            anchors.verticalCenter: parent.verticalCenter
             horizontalAlignment: Text.AlignRight
             text: row.file.rank
             font: Theme.f(11, Font.Normal, true)
             color: Theme.p.subtext
         }
         KindIcon {
+            id: kindIcon
+            anchors.left: rank.right
+            anchors.leftMargin: Theme.s(8)
+            anchors.verticalCenter: parent.verticalCenter
             kind: row.file.kind || "Other"
             size: Theme.s(18)
         }
         Text {
-            Layout.fillWidth: true
+            anchors.left: kindIcon.right
+            anchors.leftMargin: Theme.s(8)
+            anchors.right: catalog.left
+            anchors.rightMargin: Theme.s(8)
+            anchors.verticalCenter: parent.verticalCenter
             text: row.file.name
             font: Theme.f(12.5)
             color: Theme.p.text
             elide: Text.ElideMiddle
         }
         Text {
+            id: catalog
             // The catalog keeps its whole name unless it would take more than a third of the row.
-            Layout.maximumWidth: row.width * 0.34
+            width: Math.min(implicitWidth, line.width * 0.34)
+            anchors.right: size.left
+            anchors.rightMargin: Theme.s(8)
+            anchors.verticalCenter: parent.verticalCenter
             text: row.file.catalogName
             font: Theme.f(11)
             color: Theme.p.subtext
             elide: Text.ElideRight
         }
         Text {
-            Layout.minimumWidth: Theme.s(62)
+            id: size
+            width: Math.max(implicitWidth, Theme.s(62))
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
             horizontalAlignment: Text.AlignRight
             text: row.file.text
             font: Theme.f(11.5, Font.DemiBold, true)
