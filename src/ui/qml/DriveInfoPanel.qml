@@ -89,8 +89,9 @@ GlassPanel {
                     Text {
                         id: nameText
                         objectName: "driveName"
-                        Layout.fillWidth: true
-                        Layout.maximumWidth: implicitWidth
+                        // As wide as the name, giving way (and eliding) only where the row is short.
+                        Layout.preferredWidth: implicitWidth
+                        Layout.minimumWidth: Math.min(implicitWidth, Theme.s(60))
                         horizontalAlignment: Text.AlignLeft
                         text: panel.name
                         font: Theme.f(16, Font.Bold)
@@ -156,6 +157,52 @@ GlassPanel {
                     maximumLineCount: 1
                     HoverHandler { id: notesHover }
                     HelpTip { text: panel.notes; shown: notesHover.hovered && notesText.truncated }
+                }
+            }
+
+            // How full the drive is, when its capacity is known.
+            ColumnLayout {
+                objectName: "usageBar"
+                visible: panel.capacityKnown
+                Layout.alignment: Qt.AlignVCenter
+                Layout.preferredWidth: Theme.s(170)
+                Layout.minimumWidth: Theme.s(90)
+                spacing: Theme.s(4)
+
+                Text {
+                    id: usageText
+                    objectName: "usageText"
+                    Layout.fillWidth: true
+                    horizontalAlignment: Text.AlignRight
+                    text: Math.round(fill.used * 100) + "% used"
+                    font: Theme.f(10.5, Font.Medium)
+                    color: Theme.p.subtext
+                    elide: Text.ElideRight
+                }
+                Rectangle {
+                    Layout.fillWidth: true
+                    Layout.preferredHeight: Math.max(3, Theme.s(5))
+                    radius: height / 2
+                    color: Theme.alpha(Theme.p.subtext, 0.18)
+                    Accessible.role: Accessible.ProgressBar
+                    Accessible.name: usageText.text
+
+                    Rectangle {
+                        id: fill
+                        readonly property real used: panel.known ? Math.max(0, Math.min(1, panel.catalog.usedFraction)) : 0
+                        width: Math.max(height, parent.width * used)
+                        height: parent.height
+                        radius: height / 2
+                        visible: used > 0
+                        gradient: Gradient {
+                            orientation: Gradient.Horizontal
+                            GradientStop { position: 0; color: Theme.p.accent }
+                            GradientStop {
+                                position: 1
+                                color: fill.used > 0.9 ? Theme.p.danger : fill.used > 0.75 ? Theme.p.warn : Theme.p.accent2
+                            }
+                        }
+                    }
                 }
             }
 
@@ -238,7 +285,9 @@ GlassPanel {
         GridLayout {
             id: factGrid
             Layout.fillWidth: true
-            columns: Math.max(2, Math.min(5, Math.floor((panel.width - 2 * panel.pad) / Theme.s(165))))
+            // Nine facts: five columns make two lines, three make three; two only where nothing else fits.
+            readonly property int fit: Math.floor((panel.width - 2 * panel.pad) / Theme.s(150))
+            columns: fit >= 5 ? 5 : fit >= 3 ? 3 : 2
             columnSpacing: Theme.s(16)
             rowSpacing: Theme.s(7)
 
@@ -253,47 +302,6 @@ GlassPanel {
                     label: modelData.label
                     value: modelData.value
                 }
-            }
-        }
-
-        // How full the drive is, when its capacity is known.
-        RowLayout {
-            objectName: "usageBar"
-            visible: panel.capacityKnown
-            Layout.fillWidth: true
-            spacing: Theme.s(10)
-
-            Rectangle {
-                Layout.fillWidth: true
-                Layout.preferredHeight: Math.max(3, Theme.s(5))
-                radius: height / 2
-                color: Theme.alpha(Theme.p.subtext, 0.18)
-                Accessible.role: Accessible.ProgressBar
-                Accessible.name: usageText.text
-
-                Rectangle {
-                    id: fill
-                    readonly property real used: panel.known ? Math.max(0, Math.min(1, panel.catalog.usedFraction)) : 0
-                    width: Math.max(height, parent.width * used)
-                    height: parent.height
-                    radius: height / 2
-                    visible: used > 0
-                    gradient: Gradient {
-                        orientation: Gradient.Horizontal
-                        GradientStop { position: 0; color: Theme.p.accent }
-                        GradientStop {
-                            position: 1
-                            color: fill.used > 0.9 ? Theme.p.danger : fill.used > 0.75 ? Theme.p.warn : Theme.p.accent2
-                        }
-                    }
-                }
-            }
-            Text {
-                id: usageText
-                objectName: "usageText"
-                text: Math.round(fill.used * 100) + "% used"
-                font: Theme.f(10.5, Font.Medium)
-                color: Theme.p.subtext
             }
         }
     }
