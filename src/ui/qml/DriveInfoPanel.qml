@@ -19,6 +19,47 @@ GlassPanel {
     readonly property string notes: known && catalog.notes ? catalog.notes : ""
     readonly property bool capacityKnown: known && catalog.capacity > 0
     readonly property real pad: Theme.s(12)
+    // Whether the heading has room for the usage meter beside the name and buttons; else it goes below
+    // the facts.
+    readonly property bool roomyHeading: width >= Theme.s(760)
+    readonly property real used: known ? Math.max(0, Math.min(1, catalog.usedFraction)) : 0
+
+    // How full the drive is: "62% used" over a bar that warms as the drive fills.
+    component UsageMeter: ColumnLayout {
+        spacing: Theme.s(4)
+        Text {
+            objectName: "usageText"
+            Layout.fillWidth: true
+            horizontalAlignment: Text.AlignRight
+            text: Math.round(panel.used * 100) + "% used"
+            font: Theme.f(10.5, Font.Medium)
+            color: Theme.p.subtext
+            elide: Text.ElideRight
+        }
+        Rectangle {
+            Layout.fillWidth: true
+            Layout.preferredHeight: Math.max(3, Theme.s(5))
+            radius: height / 2
+            color: Theme.alpha(Theme.p.subtext, 0.18)
+            Accessible.role: Accessible.ProgressBar
+            Accessible.name: Math.round(panel.used * 100) + "% used"
+
+            Rectangle {
+                width: Math.max(height, parent.width * panel.used)
+                height: parent.height
+                radius: height / 2
+                visible: panel.used > 0
+                gradient: Gradient {
+                    orientation: Gradient.Horizontal
+                    GradientStop { position: 0; color: Theme.p.accent }
+                    GradientStop {
+                        position: 1
+                        color: panel.used > 0.9 ? Theme.p.danger : panel.used > 0.75 ? Theme.p.warn : Theme.p.accent2
+                    }
+                }
+            }
+        }
+    }
 
     // The banner of an offline catalog: a sample or an imported one has no drive to insert.
     readonly property string offlineText: !known || online ? ""
@@ -80,7 +121,6 @@ GlassPanel {
 
             ColumnLayout {
                 Layout.fillWidth: true
-                Layout.minimumWidth: Theme.s(80)
                 spacing: Theme.s(2)
 
                 RowLayout {
@@ -160,50 +200,12 @@ GlassPanel {
                 }
             }
 
-            // How full the drive is, when its capacity is known.
-            ColumnLayout {
+            // How full the drive is, beside the buttons where the heading has room.
+            UsageMeter {
                 objectName: "usageBar"
-                visible: panel.capacityKnown
+                visible: panel.capacityKnown && panel.roomyHeading
                 Layout.alignment: Qt.AlignVCenter
                 Layout.preferredWidth: Theme.s(170)
-                Layout.minimumWidth: Theme.s(90)
-                spacing: Theme.s(4)
-
-                Text {
-                    id: usageText
-                    objectName: "usageText"
-                    Layout.fillWidth: true
-                    horizontalAlignment: Text.AlignRight
-                    text: Math.round(fill.used * 100) + "% used"
-                    font: Theme.f(10.5, Font.Medium)
-                    color: Theme.p.subtext
-                    elide: Text.ElideRight
-                }
-                Rectangle {
-                    Layout.fillWidth: true
-                    Layout.preferredHeight: Math.max(3, Theme.s(5))
-                    radius: height / 2
-                    color: Theme.alpha(Theme.p.subtext, 0.18)
-                    Accessible.role: Accessible.ProgressBar
-                    Accessible.name: usageText.text
-
-                    Rectangle {
-                        id: fill
-                        readonly property real used: panel.known ? Math.max(0, Math.min(1, panel.catalog.usedFraction)) : 0
-                        width: Math.max(height, parent.width * used)
-                        height: parent.height
-                        radius: height / 2
-                        visible: used > 0
-                        gradient: Gradient {
-                            orientation: Gradient.Horizontal
-                            GradientStop { position: 0; color: Theme.p.accent }
-                            GradientStop {
-                                position: 1
-                                color: fill.used > 0.9 ? Theme.p.danger : fill.used > 0.75 ? Theme.p.warn : Theme.p.accent2
-                            }
-                        }
-                    }
-                }
             }
 
             // A disabled button takes no hover, so the help text hangs on this holder instead.
@@ -303,6 +305,12 @@ GlassPanel {
                     value: modelData.value
                 }
             }
+        }
+
+        UsageMeter {
+            objectName: "usageBarBelow"
+            visible: panel.capacityKnown && !panel.roomyHeading
+            Layout.fillWidth: true
         }
     }
 
