@@ -213,6 +213,8 @@ class AppModel : public QObject {
   void promptRename(const Catalog& catalog);
   Q_INVOKABLE void promptNewGroup();
   void promptRenameGroup(const CatalogGroup& group);
+  // Asks for the catalog's notes in a field that starts with the ones it has; the answer goes to setNotes.
+  void promptNotes(const Catalog& catalog);
   // A question with a text field for any caller: the text when `button` was used, else nothing.
   static std::optional<QString> prompt(const QString& title, const QString& message, const QString& initial,
                                        const QString& button);
@@ -233,6 +235,7 @@ class AppModel : public QObject {
   Q_INVOKABLE void deleteGroup(qint64 groupID);
   Q_INVOKABLE void promptRename(qint64 catalogID);
   Q_INVOKABLE void promptRenameGroup(qint64 groupID);
+  Q_INVOKABLE void promptNotes(qint64 catalogID);
   Q_INVOKABLE void revealRoot(qint64 catalogID);
   Q_INVOKABLE void revealFile(qint64 fileID);
   Q_INVOKABLE void openFile(qint64 fileID);

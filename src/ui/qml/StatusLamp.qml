@@ -1,4 +1,5 @@
-// A small lamp: lit in the "ok" colour while a catalog's drive is online, dim grey while offline.
+// A small lamp: lit in the "ok" colour with a soft glow while a catalog's drive is online, a dim grey ring
+// while offline.
 import QtQuick
 import Orrelin
 
@@ -15,4 +16,14 @@ Rectangle {
     border.color: Theme.alpha(Theme.p.subtext, 0.6)
     Accessible.role: Accessible.Indicator
     Accessible.name: online ? "Online" : "Offline"
+
+    Halo {
+        visible: lamp.online
+        z: -1
+        anchors.centerIn: parent
+        width: lamp.size * 2.6
+        height: width
+        color: Theme.p.ok
+        strength: 0.5
+    }
 }
