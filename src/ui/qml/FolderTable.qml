@@ -24,10 +24,15 @@ FocusScope {
                                     { title: "Size", key: "size", fixed: Theme.s(150) },
                                     { title: "Modified", key: "sortModified", fixed: Theme.s(150) },
                                     { title: "Tags", key: "", fixed: Theme.s(130) }]
-    function columnWidth(column) {
+    readonly property real fixedWidth: {
         let fixed = 0
         for (const c of columns) fixed += c.fixed || 0
-        return column.fixed ? column.fixed : Math.max(Theme.s(140), list.width - fixed - Theme.s(12))
+        return fixed
+    }
+    // The name takes what the others leave; a view too narrow for all of them scrolls sideways.
+    readonly property real rowWidth: Math.max(list.width, fixedWidth + Theme.s(200) + Theme.s(12))
+    function columnWidth(column) {
+        return column.fixed ? column.fixed : rowWidth - fixedWidth - Theme.s(12)
     }
     function selectRow(row) {
         if (row < 0 || row >= folder.count) return
@@ -52,7 +57,7 @@ FocusScope {
             interactive: false
             clip: true
             Rectangle {
-                width: Math.max(headerRow.width, table.width)
+                width: table.rowWidth
                 height: parent.height
                 color: Theme.alpha(Theme.p.text, 0.04)
                 radius: Theme.s(6)
@@ -114,7 +119,10 @@ FocusScope {
             currentIndex: table.selectedRow
             highlightFollowsCurrentItem: false
             boundsBehavior: Flickable.StopAtBounds
-                ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+            contentWidth: table.rowWidth
+            flickableDirection: Flickable.AutoFlickIfNeeded
+            ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+            ScrollBar.horizontal: ScrollBar { policy: ScrollBar.AsNeeded }
             Accessible.role: Accessible.Table
             Accessible.name: "Folder contents, " + table.folder.count + " items"
             Keys.onUpPressed: table.selectRow(table.selectedRow < 0 ? 0 : Math.max(0, table.selectedRow - 1))
@@ -131,7 +139,7 @@ FocusScope {
                 readonly property real fileID: model.fileID
                 readonly property bool selected: table.browser.tableSelection === fileID
                 objectName: "tableRow:" + (model.name || "")
-                width: ListView.view.width
+                width: table.rowWidth
                 height: Math.max(table.iconSize, Theme.s(16)) + Theme.s(10)
                 color: selected ? Theme.alpha(Theme.p.accent, list.activeFocus ? 0.28 : 0.2)
                      : rowArea.containsMouse ? Theme.alpha(Theme.p.text, 0.05)
