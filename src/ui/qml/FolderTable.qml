@@ -34,6 +34,12 @@ FocusScope {
     function columnWidth(column) {
         return column.fixed ? column.fixed : rowWidth - fixedWidth - Theme.s(12)
     }
+    // Where column `index` starts within a row (the header's cells start at 6).
+    function columnX(index) {
+        let x = 0
+        for (let i = 0; i < index; ++i) x += columnWidth(columns[i])
+        return x
+    }
     function selectRow(row) {
         if (row < 0 || row >= folder.count) return
         browser.tableSelection = folder.fileID(row)
@@ -167,55 +173,70 @@ FocusScope {
                     }
                 }
 
-                Row {
-                    x: Theme.s(6)
-                    height: parent.height
-                    Repeater {
-                        model: table.columns
-                        delegate: Item {
-                            id: cell
-                            required property var modelData
-                            width: table.columnWidth(modelData)
-                            height: row.height
-                            clip: true
-                            Row {
-                                anchors.verticalCenter: parent.verticalCenter
-                                x: Theme.s(6)
-                                width: parent.width - Theme.s(10)
-                                spacing: Theme.s(7)
-                                ThumbIcon {
-                                    visible: cell.modelData.key === "name"
-                                    anchors.verticalCenter: parent.verticalCenter
-                                    file: row.f
-                                    size: table.iconSize
-                                }
-                                Text {
-                                    objectName: "cell_" + cell.modelData.key
-                                    visible: cell.modelData.key.length > 0
-                                    anchors.verticalCenter: parent.verticalCenter
-                                    width: parent.width - (cell.modelData.key === "name" ? table.iconSize + Theme.s(7) : 0)
-                                    elide: cell.modelData.key === "name" ? Text.ElideMiddle : Text.ElideRight
-                                    font: Theme.f(12, Font.Normal, cell.modelData.key === "size")
-                                    color: cell.modelData.key === "name" && !row.f.hidden ? Theme.p.text
-                                                                                       : Theme.alpha(Theme.p.text, 0.72)
-                                    text: {
-                                        switch (cell.modelData.key) {
-                                        case "name": return row.f.name
-                                        case "kindName": return row.f.kind
-                                        case "size": return table.sizeText(row.f)
-                                        case "sortModified": return Fmt.date(row.f.modified)
-                                        default: return ""
-                                        }
-                                    }
-                                }
-                                TagChips {
-                                    visible: cell.modelData.key.length === 0
-                                    anchors.verticalCenter: parent.verticalCenter
-                                    tags: row.f.tags
-                                    label: row.f.label
-                                }
-                            }
-                        }
+                // One cell per column, made directly rather than by a repeater: a page of rows is made
+                // at every scroll step, and each cell made for nothing costs frames.
+                Item {
+                    id: nameCell
+                    x: Theme.s(12)
+                    width: table.columnWidth(table.columns[0]) - Theme.s(10)
+                    height: row.height
+                    ThumbIcon {
+                        id: rowIcon
+                        anchors.verticalCenter: parent.verticalCenter
+                        file: row.f
+                        size: table.iconSize
+                    }
+                    Text {
+                        objectName: "cell_name"
+                        anchors.left: rowIcon.right
+                        anchors.leftMargin: Theme.s(7)
+                        anchors.right: parent.right
+                        anchors.verticalCenter: parent.verticalCenter
+                        elide: Text.ElideMiddle
+                        font: Theme.f(12)
+                        color: row.f.hidden ? Theme.alpha(Theme.p.text, 0.6) : Theme.p.text
+                        text: row.f.name
+                    }
+                }
+                Text {
+                    objectName: "cell_kindName"
+                    x: table.columnX(1) + Theme.s(12)
+                    width: table.columnWidth(table.columns[1]) - Theme.s(10)
+                    anchors.verticalCenter: parent.verticalCenter
+                    elide: Text.ElideRight
+                    font: Theme.f(12)
+                    color: Theme.alpha(Theme.p.text, 0.72)
+                    text: row.f.kind
+                }
+                Text {
+                    objectName: "cell_size"
+                    x: table.columnX(2) + Theme.s(12)
+                    width: table.columnWidth(table.columns[2]) - Theme.s(10)
+                    anchors.verticalCenter: parent.verticalCenter
+                    elide: Text.ElideRight
+                    font: Theme.f(12, Font.Normal, true)
+                    color: Theme.alpha(Theme.p.text, 0.72)
+                    text: table.sizeText(row.f)
+                }
+                Text {
+                    objectName: "cell_sortModified"
+                    x: table.columnX(3) + Theme.s(12)
+                    width: table.columnWidth(table.columns[3]) - Theme.s(10)
+                    anchors.verticalCenter: parent.verticalCenter
+                    elide: Text.ElideRight
+                    font: Theme.f(12)
+                    color: Theme.alpha(Theme.p.text, 0.72)
+                    text: Fmt.date(row.f.modified)
+                }
+                Item {
+                    x: table.columnX(4) + Theme.s(12)
+                    width: table.columnWidth(table.columns[4]) - Theme.s(10)
+                    height: row.height
+                    clip: true
+                    TagChips {
+                        anchors.verticalCenter: parent.verticalCenter
+                        tags: row.f.tags
+                        label: row.f.label
                     }
                 }
             }
