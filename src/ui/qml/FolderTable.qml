@@ -151,7 +151,7 @@ FocusScope {
                      : rowArea.containsMouse ? Theme.alpha(Theme.p.text, 0.05)
                      : index % 2 ? Theme.alpha(Theme.p.text, 0.02) : "transparent"
                 radius: Theme.s(4)
-                Accessible.role: Accessible.Row
+                Accessible.role: Accessible.ListItem
                 Accessible.name: f.name + ", " + f.kind + ", " + table.sizeText(f)
                 Accessible.selected: selected
                 Accessible.onPressAction: table.browser.tableSelection = fileID
