@@ -56,10 +56,14 @@ Options parse(int argc, char** argv) {
   Options o;
   for (int i = 1; i < argc; ++i) {
     const std::string a = argv[i];
-    if (a.rfind("--entries=", 0) == 0) o.entries = std::max(1, std::stoi(a.substr(10)));
-    else if (a.rfind("--runs=", 0) == 0) o.runs = std::max(1, std::stoi(a.substr(7)));
-    else if (a.rfind("--step=", 0) == 0) o.step = std::max(0.05, std::stod(a.substr(7)));
-    else if (a.rfind("--steps=", 0) == 0) o.steps = std::max(1, std::stoi(a.substr(8)));
+    if (a.rfind("--entries=", 0) == 0)
+      o.entries = std::max(1, std::stoi(a.substr(10)));
+    else if (a.rfind("--runs=", 0) == 0)
+      o.runs = std::max(1, std::stoi(a.substr(7)));
+    else if (a.rfind("--step=", 0) == 0)
+      o.step = std::max(0.05, std::stod(a.substr(7)));
+    else if (a.rfind("--steps=", 0) == 0)
+      o.steps = std::max(1, std::stoi(a.substr(8)));
   }
   return o;
 }
@@ -128,7 +132,8 @@ Run measure(QQuickWindow* window, CatalogBrowser* browser, const FileRecord& fol
   browser->select(folder.id, 0);
   run.openMs = nextFrame(window, clock);
 
-  const QString listName = mode == BrowseMode::list ? QStringLiteral("folderList") : QStringLiteral("columnList1");
+  const QString listName =
+      mode == BrowseMode::list ? QStringLiteral("folderList") : QStringLiteral("columnList1");
   auto* list = qobject_cast<QQuickItem*>(findNamed(window, listName));
   if (!list) {
     std::fprintf(stderr, "no %s in the window\n", qPrintable(listName));
@@ -138,8 +143,9 @@ Run measure(QQuickWindow* window, CatalogBrowser* browser, const FileRecord& fol
   QElapsedTimer whole;
   whole.start();
   const double page =
-      options.step > 0 ? list->height() * options.step
-                       : std::max(1.0, (list->property("contentHeight").toDouble() - list->height()) / options.steps);
+      options.step > 0
+          ? list->height() * options.step
+          : std::max(1.0, (list->property("contentHeight").toDouble() - list->height()) / options.steps);
   for (;;) {
     const double contentHeight = list->property("contentHeight").toDouble();
     const double end = std::max(0.0, contentHeight - list->height());
@@ -230,8 +236,9 @@ int benchMain(int argc, char** argv) {
       worst.push_back(run.worstFrameMs);
       seconds.push_back(run.scrollSeconds);
     }
-    std::printf("%-8s %10.1f %8.0f %8.0f %8.0f %10.2f %10.1f %10.1f\n", qPrintable(rawText(mode)), median(open),
-                median(frames), median(over16), median(over33), median(med), median(worst), median(seconds));
+    std::printf("%-8s %10.1f %8.0f %8.0f %8.0f %10.2f %10.1f %10.1f\n", qPrintable(rawText(mode)),
+                median(open), median(frames), median(over16), median(over33), median(med), median(worst),
+                median(seconds));
     std::fflush(stdout);
   }
   fs::remove_all(home);
