@@ -3,8 +3,11 @@
 // to its end a step at a time, how many frames took longer than 16.7 ms (one frame at 60 Hz) and 33 ms.
 // Both the column view and the list, each several times; the medians of the runs are printed.
 //
-//   xvfb-run -a -s '-screen 0 1600x1200x24' build/bench/browse_bench [--entries=N] [--runs=N] [--step=PAGES]
+//   xvfb-run -a -s '-screen 0 1600x1200x24' build/bench/browse_bench [--entries=N] [--runs=N]
+//       [--steps=N | --step=PAGES]
 //
+// The scroll goes from the top to the end in N equal jumps (100 by default: dragging the scroll bar, each
+// frame a page never made before), or in steps of a given share of a page (0.1: a wheel's notches).
 // Without a display it runs on the offscreen platform (QT_QPA_PLATFORM=offscreen), whose frames are
 // drawn by software as well. The catalog is a real scan of N empty files in one folder under a temporary
 // directory, into a database and settings folder of the run's own, all removed at the end. Each open
@@ -45,16 +48,22 @@ namespace fs = std::filesystem;
 struct Options {
   int entries = 100000;
   int runs = 5;
-  double step = 1.0;  // Pages per scroll step.
+  double step = 0;  // Pages per scroll step; 0: `steps` equal steps from the top to the end.
+  int steps = 100;
 };
 
 Options parse(int argc, char** argv) {
   Options o;
   for (int i = 1; i < argc; ++i) {
     const std::string a = argv[i];
-    if (a.rfind("--entries=", 0) == 0) o.entries = std::max(1, std::stoi(a.substr(10)));
-    else if (a.rfind("--runs=", 0) == 0) o.runs = std::max(1, std::stoi(a.substr(7)));
-    else if (a.rfind("--step=", 0) == 0) o.step = std::max(0.05, std::stod(a.substr(7)));
+    if (a.rfind("--entries=", 0) == 0)
+      o.entries = std::max(1, std::stoi(a.substr(10)));
+    else if (a.rfind("--runs=", 0) == 0)
+      o.runs = std::max(1, std::stoi(a.substr(7)));
+    else if (a.rfind("--step=", 0) == 0)
+      o.step = std::max(0.05, std::stod(a.substr(7)));
+    else if (a.rfind("--steps=", 0) == 0)
+      o.steps = std::max(1, std::stoi(a.substr(8)));
   }
   return o;
 }
@@ -111,7 +120,7 @@ struct Run {
 };
 
 Run measure(QQuickWindow* window, CatalogBrowser* browser, const FileRecord& folder, BrowseMode mode,
-            double step) {
+            const Options& options) {
   Run run;
   browser->setMode(mode);
   browser->goTo(0);
@@ -123,7 +132,8 @@ Run measure(QQuickWindow* window, CatalogBrowser* browser, const FileRecord& fol
   browser->select(folder.id, 0);
   run.openMs = nextFrame(window, clock);
 
-  const QString listName = mode == BrowseMode::list ? QStringLiteral("folderList") : QStringLiteral("columnList1");
+  const QString listName =
+      mode == BrowseMode::list ? QStringLiteral("folderList") : QStringLiteral("columnList1");
   auto* list = qobject_cast<QQuickItem*>(findNamed(window, listName));
   if (!list) {
     std::fprintf(stderr, "no %s in the window\n", qPrintable(listName));
@@ -132,7 +142,10 @@ Run measure(QQuickWindow* window, CatalogBrowser* browser, const FileRecord& fol
   std::vector<double> frameTimes;
   QElapsedTimer whole;
   whole.start();
-  const double page = list->height() * step;
+  const double page =
+      options.step > 0
+          ? list->height() * options.step
+          : std::max(1.0, (list->property("contentHeight").toDouble() - list->height()) / options.steps);
   for (;;) {
     const double contentHeight = list->property("contentHeight").toDouble();
     const double end = std::max(0.0, contentHeight - list->height());
@@ -205,15 +218,16 @@ int benchMain(int argc, char** argv) {
   if (!browser) return 1;
   nextFrame(window, QElapsedTimer());
 
-  std::printf("Platform %s, window %dx%d, %d runs, scroll steps of %.2f page\n",
+  std::printf("Platform %s, window %dx%d, %d runs, scrolling in %s\n",
               qPrintable(QGuiApplication::platformName()), window->width(), window->height(), options.runs,
-              options.step);
+              options.step > 0 ? qPrintable(QString("steps of %1 page").arg(options.step))
+                               : qPrintable(QString("%1 equal jumps").arg(options.steps)));
   std::printf("%-8s %10s %8s %8s %8s %10s %10s %10s\n", "mode", "open ms", "frames", ">16.7ms", ">33ms",
               "median ms", "worst ms", "scroll s");
   for (BrowseMode mode : {BrowseMode::columns, BrowseMode::list}) {
     std::vector<double> open, frames, over16, over33, med, worst, seconds;
     for (int r = 0; r < options.runs; ++r) {
-      const Run run = measure(window, browser, *folder, mode, options.step);
+      const Run run = measure(window, browser, *folder, mode, options);
       open.push_back(run.openMs);
       frames.push_back(run.frames);
       over16.push_back(run.over16);
@@ -222,8 +236,9 @@ int benchMain(int argc, char** argv) {
       worst.push_back(run.worstFrameMs);
       seconds.push_back(run.scrollSeconds);
     }
-    std::printf("%-8s %10.1f %8.0f %8.0f %8.0f %10.2f %10.1f %10.1f\n", qPrintable(rawText(mode)), median(open),
-                median(frames), median(over16), median(over33), median(med), median(worst), median(seconds));
+    std::printf("%-8s %10.1f %8.0f %8.0f %8.0f %10.2f %10.1f %10.1f\n", qPrintable(rawText(mode)),
+                median(open), median(frames), median(over16), median(over33), median(med), median(worst),
+                median(seconds));
     std::fflush(stdout);
   }
   fs::remove_all(home);

@@ -18,7 +18,7 @@ QString symbol(BrowseMode mode) {
 
 BrowseMode storedBrowseMode() {
   return UserDefaults::string(kPreference) == std::optional<std::string>("List") ? BrowseMode::list
-                                                                                   : BrowseMode::columns;
+                                                                                 : BrowseMode::columns;
 }
 
 void storeBrowseMode(BrowseMode mode) { UserDefaults::set(kPreference, rawText(mode).toStdString()); }

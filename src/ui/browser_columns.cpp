@@ -32,9 +32,12 @@ QVariant BrowserColumns::data(const QModelIndex& index, int role) const {
   FolderModel* folder = index.isValid() ? column(index.row()) : nullptr;
   if (!folder) return {};
   switch (role) {
-    case FolderRole: return QVariant::fromValue(folder);
-    case DepthRole: return index.row();
-    default: return {};
+    case FolderRole:
+      return QVariant::fromValue(folder);
+    case DepthRole:
+      return index.row();
+    default:
+      return {};
   }
 }
 

@@ -175,8 +175,10 @@ std::optional<std::vector<int>> CatalogBrowser::sortedOrder(const std::vector<Fi
     less = [&](int a, int b) { return at(a).sortModified() < at(b).sortModified(); };
   }
   // Stable, so rows with equal keys keep the database's order in both directions.
-  if (m_ascending) std::stable_sort(order.begin(), order.end(), less);
-  else std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return less(b, a); });
+  if (m_ascending)
+    std::stable_sort(order.begin(), order.end(), less);
+  else
+    std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return less(b, a); });
   return order;
 }
 

@@ -48,7 +48,8 @@ class CatalogBrowser : public QObject {
   Q_PROPERTY(bool ascending READ ascending NOTIFY sortChanged)
   Q_PROPERTY(bool sorted READ sorted NOTIFY sortChanged)
   // The selected row of the list, by file id; 0 for none.
-  Q_PROPERTY(qint64 tableSelection READ tableSelectionValue WRITE setTableSelection NOTIFY tableSelectionChanged)
+  Q_PROPERTY(
+      qint64 tableSelection READ tableSelectionValue WRITE setTableSelection NOTIFY tableSelectionChanged)
   Q_PROPERTY(orrelin::BrowserColumns* columns READ columns CONSTANT)
   Q_PROPERTY(orrelin::FolderModel* list READ list CONSTANT)
 

@@ -23,7 +23,8 @@ int FolderModel::count() const {
 
 const FileRecord* FolderModel::record(int row) const {
   if (row < 0 || row >= count()) return nullptr;
-  const size_t index = m_order ? static_cast<size_t>((*m_order)[static_cast<size_t>(row)]) : static_cast<size_t>(row);
+  const size_t index =
+      m_order ? static_cast<size_t>((*m_order)[static_cast<size_t>(row)]) : static_cast<size_t>(row);
   return &(*m_records)[index];
 }
 
@@ -50,12 +51,17 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const {
   const FileRecord* file = index.isValid() ? record(index.row()) : nullptr;
   if (!file) return {};
   switch (role) {
-    case FileRole: return fileMap(*file);
-    case FileIDRole: return QVariant::fromValue<qint64>(file->id);
+    case FileRole:
+      return fileMap(*file);
+    case FileIDRole:
+      return QVariant::fromValue<qint64>(file->id);
     case Qt::DisplayRole:
-    case NameRole: return QString::fromStdString(file->name);
-    case IsDirRole: return file->isDir;
-    default: return {};
+    case NameRole:
+      return QString::fromStdString(file->name);
+    case IsDirRole:
+      return file->isDir;
+    default:
+      return {};
   }
 }
 

@@ -92,8 +92,10 @@ class BrowseTest : public MainWindowTest {
 TEST_F(BrowseTest, TheScreenShowsTheStartTheChoiceOrTheBrowser) {
   QQuickItem* start = shown("browseEmptyLibrary");
   ASSERT_NE(start, nullptr);
-  EXPECT_EQ(findNamed(start, "emptyStateTitle")->property("text").toString(), "Your drive library starts here");
-  EXPECT_TRUE(findNamed(start, "emptyStateMessage")->property("text").toString().startsWith("Catalog an external"));
+  EXPECT_EQ(findNamed(start, "emptyStateTitle")->property("text").toString(),
+            "Your drive library starts here");
+  EXPECT_TRUE(
+      findNamed(start, "emptyStateMessage")->property("text").toString().startsWith("Catalog an external"));
   click(qobject_cast<QQuickItem*>(findNamed(start, "emptyStateCatalogButton")));
   EXPECT_TRUE(model().newCatalogSheet());
   model().setNewCatalogSheet(false);
@@ -150,7 +152,8 @@ TEST_F(BrowseTest, ClicksWalkTheColumnsAndTheCrumbsLeadBack) {
   QObject* menu = find("browserFileMenu");
   ASSERT_NE(menu, nullptr);
   EXPECT_TRUE(waitUntil([&] { return menu->property("visible").toBool(); }, 2000));
-  EXPECT_EQ(menu->property("fileID").toLongLong(), recordAt(model(), model().catalogs()[0], "archive.zip").id);
+  EXPECT_EQ(menu->property("fileID").toLongLong(),
+            recordAt(model(), model().catalogs()[0], "archive.zip").id);
   key(Qt::Key_Escape);
 }
 

@@ -22,7 +22,6 @@ FocusScope {
         return folder.rowOf(litID)
     }
 
-    width: Theme.s(250)
     Accessible.role: Accessible.List
     Accessible.name: depth === 0 ? "Top level" : (browser.path[depth - 1] ? browser.path[depth - 1].name : "")
 
@@ -112,6 +111,6 @@ FocusScope {
         anchors.top: parent.top
         anchors.bottom: parent.bottom
         width: Math.max(1, Theme.s(1))
-        color: Theme.alpha(Theme.p.stroke, 0.8)
+        color: Theme.p.stroke
     }
 }

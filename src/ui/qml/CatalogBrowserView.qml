@@ -84,7 +84,7 @@ Item {
             FileInspector {
                 objectName: "fileInspector"
                 Layout.fillHeight: true
-                Layout.preferredWidth: Math.min(Theme.s(320), view.width * 0.32)
+                Layout.preferredWidth: Math.min(Theme.s(320), view.width * 0.3)
                 file: browser.selected
                 catalog: view.catalog
             }

@@ -1,7 +1,6 @@
 // One row of a browser column: the picture, the name, a dot for a colour label, and a chevron for a
 // folder. The selected row is lit in the accent; the open folder of an earlier column more faintly.
 import QtQuick
-import QtQuick.Layouts
 import Orrelin
 
 Rectangle {
@@ -44,37 +43,43 @@ Rectangle {
         }
     }
 
-    RowLayout {
-        anchors.fill: parent
-        anchors.leftMargin: Theme.s(6)
+    // Placed by anchors rather than a layout: a column makes a row per visible entry, and scrolls them.
+    ThumbIcon {
+        id: thumb
+        x: Theme.s(6)
+        anchors.verticalCenter: parent.verticalCenter
+        file: row.file
+        size: Theme.s(18)
+    }
+    Text {
+        objectName: "rowName"
+        anchors.left: thumb.right
+        anchors.leftMargin: Theme.s(7)
+        anchors.right: trailing.left
         anchors.rightMargin: Theme.s(6)
-        spacing: Theme.s(7)
-
-        ThumbIcon {
-            Layout.alignment: Qt.AlignVCenter
-            file: row.file
-            size: Theme.s(18)
-        }
-        Text {
-            objectName: "rowName"
-            Layout.fillWidth: true
-            Layout.alignment: Qt.AlignVCenter
-            text: row.file.name || ""
-            elide: Text.ElideMiddle
-            font: Theme.f(12.5)
-            color: row.file.hidden ? Theme.p.subtext : Theme.p.text
-        }
+        anchors.verticalCenter: parent.verticalCenter
+        text: row.file.name || ""
+        elide: Text.ElideMiddle
+        font: Theme.f(12.5)
+        color: row.file.hidden ? Theme.p.subtext : Theme.p.text
+    }
+    Row {
+        id: trailing
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.s(6)
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.s(6)
         Rectangle {
             visible: (row.file.label || 0) >= 1
-            Layout.alignment: Qt.AlignVCenter
-            implicitWidth: Theme.s(8)
-            implicitHeight: Theme.s(8)
+            anchors.verticalCenter: parent.verticalCenter
+            width: Theme.s(8)
+            height: width
             radius: width / 2
             color: Files.labelColor(row.file.label || 0)
         }
         SvgIcon {
             visible: row.file.isDir === true
-            Layout.alignment: Qt.AlignVCenter
+            anchors.verticalCenter: parent.verticalCenter
             symbol: "chevron.right"
             size: Theme.s(10)
             color: row.selected || row.onPath ? Theme.p.accent : Theme.p.subtext

@@ -27,7 +27,11 @@ ListView {
         positionViewAtIndex(depth, ListView.Contain)
     }
 
+    // Columns keep to a reading width, but at least two share a narrow view.
+    readonly property real columnWidth: Math.max(Theme.s(150), Math.min(Theme.s(250), width / 2))
+
     delegate: BrowserColumn {
+        width: strip.columnWidth
         height: ListView.view.height
         browser: strip.browser
         menu: strip.menu

@@ -24,10 +24,21 @@ FocusScope {
                                     { title: "Size", key: "size", fixed: Theme.s(150) },
                                     { title: "Modified", key: "sortModified", fixed: Theme.s(150) },
                                     { title: "Tags", key: "", fixed: Theme.s(130) }]
-    function columnWidth(column) {
+    readonly property real fixedWidth: {
         let fixed = 0
         for (const c of columns) fixed += c.fixed || 0
-        return column.fixed ? column.fixed : Math.max(Theme.s(140), list.width - fixed - Theme.s(12))
+        return fixed
+    }
+    // The name takes what the others leave; a view too narrow for all of them scrolls sideways.
+    readonly property real rowWidth: Math.max(list.width, fixedWidth + Theme.s(200) + Theme.s(12))
+    function columnWidth(column) {
+        return column.fixed ? column.fixed : rowWidth - fixedWidth - Theme.s(12)
+    }
+    // Where column `index` starts within a row (the header's cells start at 6).
+    function columnX(index) {
+        let x = 0
+        for (let i = 0; i < index; ++i) x += columnWidth(columns[i])
+        return x
     }
     function selectRow(row) {
         if (row < 0 || row >= folder.count) return
@@ -52,7 +63,7 @@ FocusScope {
             interactive: false
             clip: true
             Rectangle {
-                width: Math.max(headerRow.width, table.width)
+                width: table.rowWidth
                 height: parent.height
                 color: Theme.alpha(Theme.p.text, 0.04)
                 radius: Theme.s(6)
@@ -114,7 +125,10 @@ FocusScope {
             currentIndex: table.selectedRow
             highlightFollowsCurrentItem: false
             boundsBehavior: Flickable.StopAtBounds
-                ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+            contentWidth: table.rowWidth
+            flickableDirection: Flickable.AutoFlickIfNeeded
+            ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+            ScrollBar.horizontal: ScrollBar { policy: ScrollBar.AsNeeded }
             Accessible.role: Accessible.Table
             Accessible.name: "Folder contents, " + table.folder.count + " items"
             Keys.onUpPressed: table.selectRow(table.selectedRow < 0 ? 0 : Math.max(0, table.selectedRow - 1))
@@ -131,13 +145,13 @@ FocusScope {
                 readonly property real fileID: model.fileID
                 readonly property bool selected: table.browser.tableSelection === fileID
                 objectName: "tableRow:" + (model.name || "")
-                width: ListView.view.width
+                width: table.rowWidth
                 height: Math.max(table.iconSize, Theme.s(16)) + Theme.s(10)
                 color: selected ? Theme.alpha(Theme.p.accent, list.activeFocus ? 0.28 : 0.2)
                      : rowArea.containsMouse ? Theme.alpha(Theme.p.text, 0.05)
                      : index % 2 ? Theme.alpha(Theme.p.text, 0.02) : "transparent"
                 radius: Theme.s(4)
-                Accessible.role: Accessible.Row
+                Accessible.role: Accessible.ListItem
                 Accessible.name: f.name + ", " + f.kind + ", " + table.sizeText(f)
                 Accessible.selected: selected
                 Accessible.onPressAction: table.browser.tableSelection = fileID
@@ -159,55 +173,70 @@ FocusScope {
                     }
                 }
 
-                Row {
-                    x: Theme.s(6)
-                    height: parent.height
-                    Repeater {
-                        model: table.columns
-                        delegate: Item {
-                            id: cell
-                            required property var modelData
-                            width: table.columnWidth(modelData)
-                            height: row.height
-                            clip: true
-                            Row {
-                                anchors.verticalCenter: parent.verticalCenter
-                                x: Theme.s(6)
-                                width: parent.width - Theme.s(10)
-                                spacing: Theme.s(7)
-                                ThumbIcon {
-                                    visible: cell.modelData.key === "name"
-                                    anchors.verticalCenter: parent.verticalCenter
-                                    file: row.f
-                                    size: table.iconSize
-                                }
-                                Text {
-                                    objectName: "cell_" + cell.modelData.key
-                                    visible: cell.modelData.key.length > 0
-                                    anchors.verticalCenter: parent.verticalCenter
-                                    width: parent.width - (cell.modelData.key === "name" ? table.iconSize + Theme.s(7) : 0)
-                                    elide: cell.modelData.key === "name" ? Text.ElideMiddle : Text.ElideRight
-                                    font: Theme.f(12, Font.Normal, cell.modelData.key === "size")
-                                    color: cell.modelData.key === "name" && !row.f.hidden ? Theme.p.text
-                                                                                       : Theme.alpha(Theme.p.text, 0.72)
-                                    text: {
-                                        switch (cell.modelData.key) {
-                                        case "name": return row.f.name
-                                        case "kindName": return row.f.kind
-                                        case "size": return table.sizeText(row.f)
-                                        case "sortModified": return Fmt.date(row.f.modified)
-                                        default: return ""
-                                        }
-                                    }
-                                }
-                                TagChips {
-                                    visible: cell.modelData.key.length === 0
-                                    anchors.verticalCenter: parent.verticalCenter
-                                    tags: row.f.tags
-                                    label: row.f.label
-                                }
-                            }
-                        }
+                // One cell per column, made directly rather than by a repeater: a page of rows is made
+                // at every scroll step, and each cell made for nothing costs frames.
+                Item {
+                    id: nameCell
+                    x: Theme.s(12)
+                    width: table.columnWidth(table.columns[0]) - Theme.s(10)
+                    height: row.height
+                    ThumbIcon {
+                        id: rowIcon
+                        anchors.verticalCenter: parent.verticalCenter
+                        file: row.f
+                        size: table.iconSize
+                    }
+                    Text {
+                        objectName: "cell_name"
+                        anchors.left: rowIcon.right
+                        anchors.leftMargin: Theme.s(7)
+                        anchors.right: parent.right
+                        anchors.verticalCenter: parent.verticalCenter
+                        elide: Text.ElideMiddle
+                        font: Theme.f(12)
+                        color: row.f.hidden ? Theme.alpha(Theme.p.text, 0.6) : Theme.p.text
+                        text: row.f.name
+                    }
+                }
+                Text {
+                    objectName: "cell_kindName"
+                    x: table.columnX(1) + Theme.s(12)
+                    width: table.columnWidth(table.columns[1]) - Theme.s(10)
+                    anchors.verticalCenter: parent.verticalCenter
+                    elide: Text.ElideRight
+                    font: Theme.f(12)
+                    color: Theme.alpha(Theme.p.text, 0.72)
+                    text: row.f.kind
+                }
+                Text {
+                    objectName: "cell_size"
+                    x: table.columnX(2) + Theme.s(12)
+                    width: table.columnWidth(table.columns[2]) - Theme.s(10)
+                    anchors.verticalCenter: parent.verticalCenter
+                    elide: Text.ElideRight
+                    font: Theme.f(12, Font.Normal, true)
+                    color: Theme.alpha(Theme.p.text, 0.72)
+                    text: table.sizeText(row.f)
+                }
+                Text {
+                    objectName: "cell_sortModified"
+                    x: table.columnX(3) + Theme.s(12)
+                    width: table.columnWidth(table.columns[3]) - Theme.s(10)
+                    anchors.verticalCenter: parent.verticalCenter
+                    elide: Text.ElideRight
+                    font: Theme.f(12)
+                    color: Theme.alpha(Theme.p.text, 0.72)
+                    text: Fmt.date(row.f.modified)
+                }
+                Item {
+                    x: table.columnX(4) + Theme.s(12)
+                    width: table.columnWidth(table.columns[4]) - Theme.s(10)
+                    height: row.height
+                    clip: true
+                    TagChips {
+                        anchors.verticalCenter: parent.verticalCenter
+                        tags: row.f.tags
+                        label: row.f.label
                     }
                 }
             }
