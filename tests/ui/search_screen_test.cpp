@@ -10,6 +10,7 @@
 #include "search/qt/search_state.h"
 #include "store/catalog_db.h"
 #include "store/sqlite_db.h"
+#include "ui/catalog_browser.h"
 #include "ui/hits_model.h"
 
 namespace orrelin::testing {
@@ -132,9 +133,13 @@ TEST_F(SearchScreenTest, HeaderSortsBothWaysAndTheSelectionFollowsItsFile) {
   // Return shows the selected hit in the browser, at its place.
   key(Qt::Key_Return);
   EXPECT_EQ(model().section(), AppSection::browse);
-  ASSERT_TRUE(model().pendingRevealFile().has_value());
-  EXPECT_EQ(model().pendingRevealFile()->name, "qvw Gamma.txt");
   EXPECT_EQ(model().selectedCatalogID(), s_catalogID);
+  // The browser takes the file and opens its folder with the file selected.
+  EXPECT_TRUE(waitUntil([&] {
+    auto* browser = qobject_cast<CatalogBrowser*>(find("catalogBrowser"));
+    return browser && browser->selected() && browser->selected()->name == "qvw Gamma.txt";
+  }));
+  EXPECT_FALSE(model().pendingRevealFile().has_value());
 }
 
 TEST_F(SearchScreenTest, AFailedPatternShowsItsErrorAndClearsTheTable) {

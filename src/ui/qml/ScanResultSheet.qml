@@ -186,9 +186,11 @@ GlassPanel {
         }
     }
 
+    // Only while there is a result to show: a sheet being put away must not keep taking Return from the
+    // fields of the window until it is finally deleted.
     Shortcut {
         sequences: ["Return", "Enter", "Escape"]
-        enabled: !AppModel.hasAlert
+        enabled: AppModel.scanResult.id !== undefined && !AppModel.hasAlert
         onActivated: sheet.done()
     }
 }

@@ -19,8 +19,9 @@ FocusScope {
     }
 
     // Puts the keyboard in the search field and takes over a quick search from the header, running it.
+    // The keyboard is only taken while the screen is up: a late call must not pull it out of another one.
     function consumeQuickSearch() {
-        field.forceActiveFocus()
+        if (view.visible) field.forceActiveFocus()
         const quick = AppModel.quickSearchText
         if (quick.length > 0) {
             SearchState.text = quick
