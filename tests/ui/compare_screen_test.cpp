@@ -91,6 +91,49 @@ TEST_F(CompareScreenTest, CountsChipsAndTheListThatFollowsThem) {
   EXPECT_TRUE(hit.value("catalogName").toString().startsWith("Copy: ")) << hit.value("catalogName").toString().toStdString();
 }
 
+// The text item of the results table that shows `text`, or null.
+QQuickItem* cellShowing(QQuickItem* root, const QString& text) {
+  for (QQuickItem* child : root->childItems()) {
+    if (child->isVisible() && child->inherits("QQuickText") && child->property("text").toString() == text)
+      return child;
+    if (QQuickItem* found = cellShowing(child, text)) return found;
+  }
+  return nullptr;
+}
+
+TEST_F(CompareScreenTest, DifferentSizesStandInFullWhereTheCatalogWouldBe) {
+  TempDir temp;
+  const fs::path master = temp.path() / "Master";
+  const fs::path backup = temp.path() / "Backup";
+  writeFile(master / "grew.txt", "ab");
+  writeFile(backup / "grew.txt", "abcdef");
+  const int64_t a = scanFolder(master, "Holiday Photos Master Drive");
+  const int64_t b = scanFolder(backup, "Holiday Photos Backup Drive");
+
+  QQuickItem* view = makeView("ComparePaneView");
+  ASSERT_NE(view, nullptr);
+  QQmlProperty::write(in(view, "comparePickerA"), "selection", QVariant::fromValue<qint64>(a));
+  QQmlProperty::write(in(view, "comparePickerB"), "selection", QVariant::fromValue<qint64>(b));
+  press(view, "compareButton");
+  QQuickItem* table = in(view, "compareTable");
+  const double catalogWidth = table->property("catalogWidth").toDouble();
+  EXPECT_EQ(table->property("catalogTitle").toString(), "Catalog");
+
+  press(view, "compareChip2");
+  const std::string sizes =
+      "Holiday Photos Master Drive: " + Fmt::size(2) + " \u00B7 Holiday Photos Backup Drive: " + Fmt::size(6);
+  settle();
+  QQuickItem* cell = cellShowing(table, QString::fromStdString(sizes));
+  ASSERT_NE(cell, nullptr) << "no cell shows " << sizes;
+  EXPECT_FALSE(cell->property("truncated").toBool()) << "the sizes are cut short";
+  EXPECT_EQ(table->property("catalogTitle").toString(), "Sizes");
+
+  // Back on a list of one side, the column is the catalog's again.
+  press(view, "compareChip0");
+  EXPECT_EQ(table->property("catalogTitle").toString(), "Catalog");
+  EXPECT_DOUBLE_EQ(table->property("catalogWidth").toDouble(), catalogWidth);
+}
+
 TEST_F(CompareScreenTest, ATabWithNothingInItShowsANoteAndARestoreDropsTheResult) {
   TempDir temp;
   writeFile(temp.path() / "One" / "f.txt", "1");

@@ -90,6 +90,26 @@ TEST_F(ToolsScreenTest, TabsFollowTheRowTheKeyboardAndTheApplicationState) {
   EXPECT_TRUE(waitUntil([&] { return shownPane() == 1; }));
 }
 
+TEST_F(ToolsScreenTest, EveryPaneStartsAtTheTopOfATallScreen) {
+  TempDir drive;
+  writeFile(drive.path() / "a.txt", "a");
+  scanFolder(drive.path(), "Tall Drive");
+  window()->resize(1500, 1600);
+  const struct {
+    ToolTab tab;
+    const char* card;
+  } panes[] = {{ToolTab::claude, "claudeExportPane"}, {ToolTab::plan, "planPane"},
+               {ToolTab::rename, "renamePane"},       {ToolTab::empty, "emptyFoldersCard"},
+               {ToolTab::largeOld, "largeOldCard"},   {ToolTab::missing, "missingCard"},
+               {ToolTab::compare, "compareCard"}};
+  for (const auto& pane : panes) {
+    openTab(pane.tab, pane.card);
+    spin(50);
+    QQuickItem* loader = item(kPanes[static_cast<int>(pane.tab)]);
+    EXPECT_LT(item(pane.card)->mapToItem(loader, QPointF(0, 0)).y(), 1.0) << pane.card << " floats down";
+  }
+}
+
 TEST_F(ToolsScreenTest, APaneKeepsWhatWasTypedWhileAnotherTabIsShown) {
   TempDir drive;
   writeFile(drive.path() / "a.txt", "a");

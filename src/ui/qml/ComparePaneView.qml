@@ -60,4 +60,7 @@ ColumnLayout {
             pane: pane
         }
     }
+
+    // The pane is given at least the visible height; what it does not fill stays below the card.
+    Item { Layout.fillHeight: true }
 }

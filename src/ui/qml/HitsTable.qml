@@ -14,6 +14,12 @@ FocusScope {
     // The search screen adds a "Kind" column and bigger icons.
     property bool showKind: false
     property real iconSize: Theme.s(showKind ? 18 : 16)
+    // The Catalog column: its title, the texts it is made wide enough for (up to its widest) and how a
+    // longer one is cut. A comparison puts both sides' sizes there.
+    property string catalogTitle: "Catalog"
+    property var catalogTexts: AppModel.catalogs.map(c => c.name)
+    property real catalogMaxWidth: Theme.s(210)
+    property int catalogElide: Text.ElideRight
     // The selected row, -1 for none; it follows its file when the rows are sorted again.
     property alias currentRow: hits.selectedRow
     readonly property real currentFileID: hits.selectedID
@@ -52,7 +58,7 @@ FocusScope {
     }
     readonly property real lampSpace: Theme.s(13)
     readonly property real catalogWidth: Math.min(
-        fit(widest(cellMetrics, AppModel.catalogs.map(c => c.name)) + lampSpace, "Catalog"), Theme.s(210))
+        fit(widest(cellMetrics, catalogTexts) + lampSpace, catalogTitle), catalogMaxWidth)
     readonly property real sizeWidth: fit(widest(monoMetrics, [Fmt.size(999), Fmt.size(999.9e3), Fmt.size(999.9e6),
                                                                Fmt.size(999.9e9), Fmt.size(999.9e12)]), "Size")
     readonly property real kindWidth: showKind ? fit(widest(cellMetrics, FileKinds.names), "Kind") : 0
@@ -66,7 +72,7 @@ FocusScope {
 
     readonly property var columns: {
         const list = [{ title: "Name", key: "name", width: nameWidth },
-                      { title: "Catalog", key: "catalogName", width: catalogWidth },
+                      { title: catalogTitle, key: "catalogName", width: catalogWidth },
                       { title: "Size", key: "size", width: sizeWidth, right: true }]
         if (showKind) list.push({ title: "Kind", key: "kindName", width: kindWidth })
         list.push({ title: "Modified", key: "sortModified", width: dateWidth })
@@ -287,7 +293,7 @@ FocusScope {
                             text: row.hit.catalogName
                             font: Theme.f(12)
                             color: row.ink
-                            elide: Text.ElideRight
+                            elide: table.catalogElide
                         }
                     }
                     Text {

@@ -83,4 +83,7 @@ ColumnLayout {
             }
         }
     }
+
+    // The pane is given at least the visible height; what it does not fill stays below the card.
+    Item { Layout.fillHeight: true }
 }

@@ -101,7 +101,7 @@ ColumnLayout {
             busy: pane.busy
             header: pane.header
             idleText: "Choose a connected drive, then press Check Drive."
-            noRowsText: "Everything is present."
+            noRowsText: "Every cataloged item is still on the drive."
             LaserButton {
                 objectName: "updateCatalogButton"
                 compact: true
@@ -121,4 +121,7 @@ ColumnLayout {
             }
         }
     }
+
+    // The pane is given at least the visible height; what it does not fill stays below the card.
+    Item { Layout.fillHeight: true }
 }

@@ -135,6 +135,7 @@ ColumnLayout {
                 width: Theme.s(170)
                 model: renameState.caseModeLabels
                 currentIndex: renameState.caseMode
+                Accessible.name: "Case: " + displayText
                 onActivated: index => renameState.caseMode = index
             }
             OptionSwitch {

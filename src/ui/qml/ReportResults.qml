@@ -24,6 +24,11 @@ ColumnLayout {
     // The buttons at the right of the header line.
     default property alias actions: actionRow.data
     readonly property alias table: hitsTable
+    // The table's Catalog column (see HitsTable).
+    property alias catalogTitle: hitsTable.catalogTitle
+    property alias catalogTexts: hitsTable.catalogTexts
+    property alias catalogMaxWidth: hitsTable.catalogMaxWidth
+    property alias catalogElide: hitsTable.catalogElide
     readonly property int rows: hitsTable.model.count
 
     Layout.fillWidth: true
