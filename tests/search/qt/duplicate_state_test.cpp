@@ -21,8 +21,8 @@ namespace orrelin {
 namespace {
 
 using testing::LibraryBuilder;
-using testing::TempDir;
 using testing::spin;
+using testing::TempDir;
 using testing::waitFor;
 using testing::waitUntil;
 
