@@ -19,8 +19,8 @@ DuplicateState* DuplicateStateSingleton::create(QQmlEngine*, QJSEngine*) {
   // Every engine asks once; the store is hooked only the first time.
   static const bool hooked = [state] {
     AppModel& app = AppModel::shared();
-    state->setStore(app.store().get());
-    QObject::connect(&app, &AppModel::storeChanged, state, [state, &app] { state->setStore(app.store().get()); });
+    state->setStore(app.store());
+    QObject::connect(&app, &AppModel::storeChanged, state, [state, &app] { state->setStore(app.store()); });
     return true;
   }();
   (void)hooked;

@@ -162,6 +162,52 @@ TEST_F(DuplicatesScreenTest, EachCopysButtonsRevealItOrShowItInTheBrowser) {
   }));
 }
 
+TEST_F(DuplicatesScreenTest, TheScopeMenuFollowsTheStateAfterTheUserChoseFromIt) {
+  click("duplicatesScope");
+  click("duplicatesScopeAll");
+  EXPECT_TRUE(DuplicateState::shared().catalogIDs().empty());
+  EXPECT_EQ(text("duplicatesScope"), "All catalogs");
+  click("duplicatesScope");
+  click(QStringLiteral("duplicatesScope_%1").arg(s_catalogID));
+  EXPECT_EQ(DuplicateState::shared().catalogIDs(), std::set<int64_t>{s_catalogID});
+  EXPECT_EQ(text("duplicatesScope"), "1 selected");
+  // Set from elsewhere (a restore, the next test's set-up), the label still reads the state.
+  DuplicateState::shared().setCatalogIDs({});
+  EXPECT_EQ(text("duplicatesScope"), "All catalogs");
+}
+
+TEST_F(DuplicatesScreenTest, TheControlsKeepTheirOrderInsideTheirPanelAtEveryZoom) {
+  const auto middle = [&](const char* name) {
+    QQuickItem* it = item(name);
+    return it->mapToScene(QPointF(0, it->height() / 2)).y();
+  };
+  // Where the control ends, counted from the right edge of the screen's content.
+  const auto fromRight = [&](const char* name) {
+    QQuickItem* it = item(name);
+    QQuickItem* view = item("duplicatesView");
+    return view->width() - it->mapToItem(view, QPointF(it->width(), 0)).x();
+  };
+  for (double zoom : {1.0, 1.75}) {
+    ui().setZoom(zoom);
+    spin(50);
+    SCOPED_TRACE(zoom);
+    // Lines may break at a large zoom, but the reading order stays, nothing leaves the panel, and the
+    // sweep stands at its right edge.
+    EXPECT_LE(middle("duplicatesMode"), middle("duplicatesMinSize"));
+    EXPECT_LT(middle("duplicatesMinSize"), middle("duplicatesCrossOnly"));
+    EXPECT_NEAR(middle("duplicatesCrossOnly"), middle("duplicatesScope"), 2.0);
+    EXPECT_GE(middle("duplicatesFind"), middle("duplicatesScope") - 2.0);
+    for (const char* name : {"duplicatesMode", "duplicatesMinSizeText", "duplicatesScope"})
+      EXPECT_GE(fromRight(name), 32 * zoom - 1) << name;
+    EXPECT_NEAR(fromRight("duplicatesFind"), 32 * zoom, 4.0);
+  }
+  ui().setZoom(1.0);
+  spin(50);
+  // In the window's first size, two lines: how copies match, then where to look and the sweep.
+  EXPECT_NEAR(middle("duplicatesMode"), middle("duplicatesMinSize"), 2.0);
+  EXPECT_NEAR(middle("duplicatesFind"), middle("duplicatesScope"), 2.0);
+}
+
 TEST(DuplicateGroupsModelTest, RowsFollowTheStateAndMakeMembersOnDemand) {
   TempDir tree;
   writeFile(tree.path() / "x/zqx pair.bin", std::string(1'200'000, 'p'));

@@ -268,6 +268,45 @@ TEST_F(SearchScreenTest, FilterControlsShapeTheSearchAndResetClearsThem) {
   EXPECT_EQ(state.text(), "qvw") << "the text stays";
 }
 
+TEST_F(SearchScreenTest, ANarrowWindowScrollsTheTableSidewaysHeaderAndRowsTogether) {
+  search("qvw");
+  QQuickItem* list = item("searchResultsList");
+  QQuickItem* header = item("searchResultsHeader");
+  ASSERT_TRUE(list && header);
+  EXPECT_LE(list->property("contentWidth").toDouble(), list->width() + 0.5) << "wide enough: no sideways scroll";
+
+  ui().setZoom(2.5);
+  window()->resize(900, 1120);
+  spin(100);
+  const double rowWidth = list->property("contentWidth").toDouble();
+  EXPECT_GT(rowWidth, list->width() + 1) << "the columns keep their room and the table scrolls instead";
+  QQuickItem* row = listRow(list, 0);
+  ASSERT_NE(row, nullptr);
+  EXPECT_DOUBLE_EQ(row->width(), rowWidth) << "a row runs as far as the header";
+  // The fixed columns measure their texts in the zoomed font: "Modified" fits its longest date.
+  EXPECT_GE(find("searchResults")->property("dateWidth").toDouble(), 2.5 * 120);
+  EXPECT_GE(find("searchResults")->property("nameWidth").toDouble(), 2.5 * 150);
+
+  // Right moves the rows and the header by the same distance.
+  QTest::mouseClick(window(), Qt::LeftButton, Qt::NoModifier,
+                    row->mapToScene(QPointF(40, row->height() / 2)).toPoint());
+  key(Qt::Key_Right);
+  key(Qt::Key_Right);
+  const double moved = list->property("contentX").toDouble();
+  EXPECT_GT(moved, 0);
+  EXPECT_DOUBLE_EQ(header->property("contentX").toDouble(), moved);
+  for (int i = 0; i < 40; ++i) key(Qt::Key_Right);
+  EXPECT_NEAR(list->property("contentX").toDouble() + list->width(), rowWidth, 1.0) << "the path's end is reachable";
+  key(Qt::Key_Left);
+  EXPECT_LT(list->property("contentX").toDouble() + list->width(), rowWidth);
+  EXPECT_EQ(rows()->selectedRow(), 0) << "sideways keys leave the selection alone";
+
+  ui().setZoom(1.0);
+  window()->resize(1500, 1120);
+  spin(100);
+  EXPECT_LE(list->property("contentWidth").toDouble(), list->width() + 0.5);
+}
+
 TEST_F(SearchScreenTest, ExportMenuWritesTheResultsInTheirStoredOrder) {
   search("qvw");
   const TempDir out;

@@ -28,6 +28,43 @@ DuplicateState& DuplicateState::shared() {
   return *instance;
 }
 
+void DuplicateState::setStore(CatalogDB* store) {
+  m_keep.reset();
+  if (store == m_store) return;
+  const bool replaced = m_store != nullptr;
+  m_store = store;
+  ++m_generation;
+  if (replaced) forgetResult();
+}
+
+void DuplicateState::setStore(std::shared_ptr<CatalogDB> store) {
+  CatalogDB* raw = store.get();
+  const bool same = raw == m_store;
+  m_keep = std::move(store);
+  if (same) return;
+  const bool replaced = m_store != nullptr;
+  m_store = raw;
+  ++m_generation;
+  if (replaced) forgetResult();
+}
+
+void DuplicateState::forgetResult() {
+  if (!m_groups.empty()) {
+    m_groups.clear();
+    m_wasted = 0;
+    emit groupsChanged();
+  }
+  if (!m_expanded.empty()) {
+    m_expanded.clear();
+    emit expandedChanged();
+  }
+  setBusy(false);
+  if (m_ran) {
+    m_ran = false;
+    emit ranChanged();
+  }
+}
+
 void DuplicateState::setMode(DuplicateMode mode) {
   if (mode == m_mode) return;
   m_mode = mode;
@@ -122,11 +159,13 @@ void DuplicateState::run() {
   setBusy(true);
   // Everything the run needs is read here, on the main thread; the worker touches no field.
   CatalogDB* store = m_store;
+  std::shared_ptr<CatalogDB> keep = m_keep;
+  const int generation = m_generation;
   DuplicateMode mode = m_mode;
   std::set<int64_t> ids = m_catalogIDs;
   bool crossOnly = m_crossOnly;
   int64_t minSize = SafeInt::truncated(m_minSizeMB * 1e6, "the minimum size of the duplicate search");
-  m_pool.start([this, store, mode, ids = std::move(ids), crossOnly, minSize] {
+  m_pool.start([this, store, keep, generation, mode, ids = std::move(ids), crossOnly, minSize] {
     std::vector<DuplicateGroup> groups;
     try {
       groups = store->duplicates(mode, minSize, ids, crossOnly, kDefaultDuplicateLimit);
@@ -135,7 +174,11 @@ void DuplicateState::run() {
       groups.clear();
     }
     QMetaObject::invokeMethod(
-        this, [this, groups = std::move(groups)]() mutable { deliver(std::move(groups)); },
+        this,
+        [this, generation, groups = std::move(groups)]() mutable {
+          // The sets of a database that was replaced since would point at files that are not there.
+          if (generation == m_generation) deliver(std::move(groups));
+        },
         Qt::QueuedConnection);
   });
 }

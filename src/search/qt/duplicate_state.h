@@ -7,6 +7,7 @@
 #include <QThreadPool>
 
 #include <cstdint>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -42,8 +43,12 @@ class DuplicateState : public QObject {
   // The one instance the screen uses, so that settings and results outlive the screen.
   static DuplicateState& shared();
 
-  // The database that run() reads; null: none is open. It must outlive every run.
-  void setStore(CatalogDB* store) { m_store = store; }
+  // The database that run() reads; null: none is open. This one must outlive every run.
+  void setStore(CatalogDB* store);
+  // The same, sharing ownership, so that a run still under way keeps its connection alive after the
+  // owner has let go of it (a restore replaces the database). Another database than before drops the
+  // result, and the result of a run on the old one that is still under way.
+  void setStore(std::shared_ptr<CatalogDB> store);
 
   DuplicateMode mode() const { return m_mode; }
   void setMode(DuplicateMode mode);
@@ -98,8 +103,13 @@ class DuplicateState : public QObject {
  private:
   void deliver(std::vector<DuplicateGroup> groups);
   void setBusy(bool busy);
+  // Back to the state before the first run, for a database that replaced the one the result came from.
+  void forgetResult();
 
   CatalogDB* m_store = nullptr;
+  std::shared_ptr<CatalogDB> m_keep;  // Owns m_store when it was given shared.
+  // Counts the databases set; a run delivers only while the one it read is still the current one.
+  int m_generation = 0;
   DuplicateMode m_mode = DuplicateMode::nameSize;
   double m_minSizeMB = 1.0;
   bool m_crossOnly = false;

@@ -6,11 +6,11 @@ import Orrelin
 
 LaserButton {
     id: scope
-    // The chosen catalog ids.
+    // The chosen catalog ids, usually bound to the owner's set.
     property var ids: []
-    // Called with the new set; by default it is simply stored in `ids`.
+    // The set the user asks for; the owner stores it, and `ids` follows through its binding. (Storing it
+    // here as well would break that binding, and the label would stop following the owner.)
     signal chosen(var newIDs)
-    onChosen: newIDs => scope.ids = newIDs
 
     compact: true
     symbol: "internaldrive.fill"
@@ -30,6 +30,7 @@ LaserButton {
         id: scopeMenu
         objectName: scope.objectName.length > 0 ? scope.objectName + "Menu" : ""
         ThemedMenuItem {
+            objectName: scope.objectName.length > 0 ? scope.objectName + "All" : ""
             text: "All Catalogs"
             marked: scope.ids.length === 0
             onTriggered: scope.chosen([])
@@ -39,6 +40,7 @@ LaserButton {
             model: AppModel.catalogs
             delegate: ThemedMenuItem {
                 required property var modelData
+                objectName: scope.objectName.length > 0 ? scope.objectName + "_" + modelData.id : ""
                 text: modelData.name
                 marked: scope.ids.indexOf(modelData.id) >= 0
                 onTriggered: scope.toggle(modelData.id)

@@ -15,6 +15,10 @@ Rectangle {
     required property int copies
     required property bool expanded
     required property var members
+    // The width of the catalog names in the rows of copies, the same in every card so that the paths line
+    // up; where the card is too narrow for the path beside them, each copy takes two lines.
+    property real catalogWidth: Theme.s(140)
+    readonly property bool stacked: width < Theme.s(556) + catalogWidth
 
     height: column.height
     radius: Theme.s(10)
@@ -30,7 +34,7 @@ Rectangle {
             id: header
             objectName: "duplicateGroup_" + card.index
             width: parent.width
-            height: Theme.s(40)
+            height: Theme.s(card.stacked ? 62 : 40)
             hoverEnabled: true
             Accessible.role: Accessible.Button
             Accessible.name: card.name + ", " + card.copies + " copies, " + Fmt.size(card.size) + " each, "
@@ -48,10 +52,13 @@ Rectangle {
                 border.color: Theme.p.accent
             }
             contentItem: Item {
+                // One line: the facts at the right of the name. Stacked: the facts below the name, so that
+                // a long name is not cut down to a few letters.
+                readonly property real firstMiddle: card.stacked ? Theme.s(20) : height / 2
                 SvgIcon {
                     id: chevron
                     x: Theme.s(14)
-                    anchors.verticalCenter: parent.verticalCenter
+                    y: parent.firstMiddle - height / 2
                     symbol: "chevron.right"
                     size: Theme.s(11)
                     color: Theme.p.accent
@@ -59,11 +66,10 @@ Rectangle {
                     Behavior on rotation { NumberAnimation { duration: 140; easing.type: Easing.OutQuad } }
                 }
                 Text {
-                    anchors.left: chevron.right
-                    anchors.leftMargin: Theme.s(10)
-                    anchors.right: facts.left
-                    anchors.rightMargin: Theme.s(14)
-                    anchors.verticalCenter: parent.verticalCenter
+                    id: title
+                    x: chevron.x + chevron.width + Theme.s(10)
+                    y: parent.firstMiddle - height / 2
+                    width: (card.stacked ? parent.width : facts.x) - Theme.s(14) - x
                     text: card.name
                     font: Theme.f(13, Font.DemiBold)
                     color: Theme.p.text
@@ -71,9 +77,8 @@ Rectangle {
                 }
                 Row {
                     id: facts
-                    anchors.right: parent.right
-                    anchors.rightMargin: Theme.s(14)
-                    anchors.verticalCenter: parent.verticalCenter
+                    x: card.stacked ? title.x : parent.width - width - Theme.s(14)
+                    y: card.stacked ? Theme.s(43) - height / 2 : (parent.height - height) / 2
                     spacing: Theme.s(14)
                     Text {
                         anchors.verticalCenter: parent.verticalCenter
@@ -125,31 +130,32 @@ Rectangle {
                     required property var modelData
                     required property int index
                     width: column.width
-                    height: Theme.s(34)
+                    height: Theme.s(card.stacked ? 52 : 34)
+                    // The line of the catalog, the date and the buttons.
+                    readonly property real lineMiddle: Theme.s(17)
 
                     StatusLamp {
                         id: lamp
                         x: Theme.s(38)
-                        anchors.verticalCenter: parent.verticalCenter
+                        y: member.lineMiddle - height / 2
                         online: member.modelData.online
                     }
                     Text {
                         id: catalogName
                         anchors.left: lamp.right
                         anchors.leftMargin: Theme.s(8)
-                        anchors.verticalCenter: parent.verticalCenter
-                        width: Math.min(implicitWidth, Theme.s(170))
+                        y: member.lineMiddle - height / 2
+                        width: card.stacked ? date.x - x - Theme.s(14) : card.catalogWidth
                         text: member.modelData.catalogName
                         font: Theme.f(12, Font.DemiBold)
                         color: Theme.p.text
                         elide: Text.ElideRight
                     }
+                    // Beside the catalog, or below it from the lamp on.
                     Text {
-                        anchors.left: catalogName.right
-                        anchors.leftMargin: Theme.s(14)
-                        anchors.right: date.left
-                        anchors.rightMargin: Theme.s(14)
-                        anchors.verticalCenter: parent.verticalCenter
+                        x: card.stacked ? lamp.x : catalogName.x + catalogName.width + Theme.s(14)
+                        y: card.stacked ? Theme.s(34) - height / 2 : member.lineMiddle - height / 2
+                        width: (card.stacked ? buttons.x + buttons.width : date.x - Theme.s(14)) - x
                         text: member.modelData.path
                         font: Theme.f(12)
                         color: Theme.alpha(Theme.p.text, 0.72)
@@ -159,7 +165,7 @@ Rectangle {
                         id: date
                         anchors.right: buttons.left
                         anchors.rightMargin: Theme.s(10)
-                        anchors.verticalCenter: parent.verticalCenter
+                        y: member.lineMiddle - height / 2
                         text: Fmt.date(member.modelData.modified)
                         font: Theme.f(12)
                         color: Theme.p.subtext
@@ -168,7 +174,7 @@ Rectangle {
                         id: buttons
                         anchors.right: parent.right
                         anchors.rightMargin: Theme.s(10)
-                        anchors.verticalCenter: parent.verticalCenter
+                        y: member.lineMiddle - height / 2
                         spacing: Theme.s(2)
                         IconButton {
                             objectName: "duplicateReveal_" + card.index + "_" + member.index

@@ -17,6 +17,14 @@ Item {
     readonly property string headerLine: Fmt.count(groupCount) + " duplicate set" + (groupCount === 1 ? "" : "s")
                                          + " · " + Fmt.size(DuplicateState.wastedBytes) + " could be reclaimed"
 
+    // The catalog column of the copies: the longest catalog name, within bounds.
+    FontMetrics { id: catalogMetrics; font: Theme.f(12, Font.DemiBold) }
+    readonly property real catalogWidth: {
+        let widest = 0 * catalogMetrics.height  // Follows the font (the zoom), not only the names.
+        for (const c of AppModel.catalogs) widest = Math.max(widest, catalogMetrics.advanceWidth(c.name))
+        return Math.min(Math.max(Math.ceil(widest) + Theme.s(2), Theme.s(60)), Theme.s(190))
+    }
+
     EmptyStateView {
         objectName: "duplicatesNoCatalogs"
         anchors.fill: parent
@@ -34,146 +42,181 @@ Item {
         spacing: Theme.s(12)
         visible: !view.noCatalogs
 
+        // The controls in reading order: how copies match and how small they may be on the first line,
+        // which drives on the second, the sweep at its right. Each line breaks in two where it would not
+        // fit (a narrow window, a large zoom).
         GlassPanel {
             Layout.fillWidth: true
             implicitHeight: controls.implicitHeight + 2 * Theme.s(12)
             radius: Theme.s(12)
 
-            Flow {
+            ColumnLayout {
                 id: controls
                 anchors.left: parent.left
                 anchors.right: parent.right
                 anchors.top: parent.top
                 anchors.margins: Theme.s(12)
                 anchors.leftMargin: Theme.s(14)
-                spacing: Theme.s(14)
+                spacing: Theme.s(8)
 
-                Row {
-                    height: Theme.s(32)
-                    spacing: Theme.s(8)
-                    SvgIcon {
-                        anchors.verticalCenter: parent.verticalCenter
-                        symbol: "square.on.square"
-                        size: Theme.s(18)
-                        color: Theme.p.accent
-                    }
-                    Text {
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: "Match by"
-                        font: Theme.f(12.5)
-                        color: Theme.p.subtext
-                    }
-                    ThemedComboBox {
-                        objectName: "duplicatesMode"
-                        anchors.verticalCenter: parent.verticalCenter
-                        width: Theme.s(178)
-                        font: Theme.f(12.5)
-                        model: DuplicateState.modeNames
-                        currentIndex: DuplicateState.mode
-                        Accessible.name: "Match by, " + displayText
-                        onActivated: index => DuplicateState.mode = index
-                    }
-                }
+                readonly property real gap: Theme.s(24)
+                readonly property real sliderMinimum: Theme.s(140)
+                readonly property bool matchAndSizeFit: width >= matchGroup.implicitWidth + gap + sizeLabel.implicitWidth
+                                                        + sliderMinimum + minSizeText.width + 2 * Theme.s(8)
+                readonly property bool scopeFits: width >= crossOnly.implicitWidth + scope.implicitWidth + gap
+                                                  + findBox.width + gap
 
-                Row {
-                    height: Theme.s(32)
-                    spacing: Theme.s(8)
-                    Text {
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: "Minimum size"
-                        font: Theme.f(12.5)
-                        color: Theme.p.subtext
+                GridLayout {
+                    Layout.fillWidth: true
+                    columns: controls.matchAndSizeFit ? 2 : 1
+                    columnSpacing: controls.gap
+                    rowSpacing: Theme.s(8)
+
+                    RowLayout {
+                        id: matchGroup
+                        Layout.preferredHeight: Theme.s(32)
+                        spacing: Theme.s(8)
+                        SvgIcon {
+                            symbol: "square.on.square"
+                            size: Theme.s(18)
+                            color: Theme.p.accent
+                        }
+                        Text {
+                            text: "Match by"
+                            font: Theme.f(12.5)
+                            color: Theme.p.subtext
+                        }
+                        ThemedComboBox {
+                            objectName: "duplicatesMode"
+                            Layout.preferredWidth: Theme.s(178)
+                            font: Theme.f(12.5)
+                            model: DuplicateState.modeNames
+                            currentIndex: DuplicateState.mode
+                            Accessible.name: "Match by, " + displayText
+                            onActivated: index => DuplicateState.mode = index
+                        }
                     }
-                    Slider {
-                        id: slider
-                        objectName: "duplicatesMinSize"
-                        anchors.verticalCenter: parent.verticalCenter
-                        width: Theme.s(170)
-                        from: 0
-                        to: 1000
-                        stepSize: 1
-                        value: DuplicateState.minSizeMB
-                        Accessible.name: "Minimum size, " + minSizeText.text
-                        onMoved: DuplicateState.minSizeMB = value
-                        background: Rectangle {
-                            x: slider.leftPadding
-                            y: slider.topPadding + slider.availableHeight / 2 - height / 2
-                            width: slider.availableWidth
-                            height: Theme.s(4)
-                            radius: height / 2
-                            color: Theme.alpha(Theme.p.text, 0.14)
-                            Rectangle {
-                                width: slider.visualPosition * parent.width
-                                height: parent.height
-                                radius: parent.radius
-                                gradient: Gradient {
-                                    orientation: Gradient.Horizontal
-                                    GradientStop { position: 0; color: Theme.p.accent }
-                                    GradientStop { position: 1; color: Theme.p.accent2 }
+
+                    RowLayout {
+                        Layout.fillWidth: true
+                        Layout.preferredHeight: Theme.s(32)
+                        spacing: Theme.s(8)
+                        Text {
+                            id: sizeLabel
+                            text: "Minimum size"
+                            font: Theme.f(12.5)
+                            color: Theme.p.subtext
+                        }
+                        Slider {
+                            id: slider
+                            objectName: "duplicatesMinSize"
+                            Layout.fillWidth: true
+                            Layout.minimumWidth: controls.sliderMinimum
+                            Layout.maximumWidth: Theme.s(460)
+                            from: 0
+                            to: 1000
+                            stepSize: 1
+                            value: DuplicateState.minSizeMB
+                            Accessible.name: "Minimum size, " + minSizeText.text
+                            onMoved: DuplicateState.minSizeMB = value
+                            background: Rectangle {
+                                x: slider.leftPadding
+                                y: slider.topPadding + slider.availableHeight / 2 - height / 2
+                                width: slider.availableWidth
+                                height: Theme.s(4)
+                                radius: height / 2
+                                color: Theme.alpha(Theme.p.text, 0.14)
+                                Rectangle {
+                                    width: slider.visualPosition * parent.width
+                                    height: parent.height
+                                    radius: parent.radius
+                                    gradient: Gradient {
+                                        orientation: Gradient.Horizontal
+                                        GradientStop { position: 0; color: Theme.p.accent }
+                                        GradientStop { position: 1; color: Theme.p.accent2 }
+                                    }
                                 }
                             }
+                            handle: Rectangle {
+                                x: slider.leftPadding + slider.visualPosition * (slider.availableWidth - width)
+                                y: slider.topPadding + slider.availableHeight / 2 - height / 2
+                                width: Theme.s(16)
+                                height: width
+                                radius: width / 2
+                                color: slider.pressed ? Qt.lighter(Theme.p.text, 1.1) : Theme.p.text
+                                border.width: Math.max(1, Theme.s(slider.visualFocus ? 2 : 1))
+                                border.color: slider.visualFocus ? Theme.p.accent : Theme.alpha(Theme.p.glow, 0.6)
+                            }
                         }
-                        handle: Rectangle {
-                            x: slider.leftPadding + slider.visualPosition * (slider.availableWidth - width)
-                            y: slider.topPadding + slider.availableHeight / 2 - height / 2
-                            width: Theme.s(16)
-                            height: width
-                            radius: width / 2
-                            color: slider.pressed ? Qt.lighter(Theme.p.text, 1.1) : Theme.p.text
-                            border.width: Math.max(1, Theme.s(slider.visualFocus ? 2 : 1))
-                            border.color: slider.visualFocus ? Theme.p.accent : Theme.alpha(Theme.p.glow, 0.6)
+                        // Wide enough for "1,000 MB" and "999 MB", so the slider does not shift as it moves.
+                        Text {
+                            id: minSizeText
+                            objectName: "duplicatesMinSizeText"
+                            Layout.preferredWidth: Theme.s(72)
+                            text: Fmt.size(DuplicateState.minSizeMB * 1e6)
+                            font: Theme.f(12.5, Font.Normal, true)
+                            color: Theme.p.text
                         }
-                    }
-                    Text {
-                        id: minSizeText
-                        objectName: "duplicatesMinSizeText"
-                        anchors.verticalCenter: parent.verticalCenter
-                        width: Theme.s(66)
-                        text: Fmt.size(DuplicateState.minSizeMB * 1e6)
-                        font: Theme.f(12.5, Font.Normal, true)
-                        color: Theme.p.text
+                        Item { Layout.fillWidth: true }
                     }
                 }
 
-                OptionSwitch {
-                    objectName: "duplicatesCrossOnly"
-                    height: Theme.s(32)
-                    text: "Only across different drives"
-                    font: Theme.f(12.5)
-                    checked: DuplicateState.crossOnly
-                    onToggled: DuplicateState.crossOnly = checked
-                }
+                GridLayout {
+                    Layout.fillWidth: true
+                    columns: controls.scopeFits ? 4 : 3
+                    columnSpacing: controls.gap
+                    rowSpacing: Theme.s(8)
 
-                Item {
-                    width: scope.width
-                    height: Theme.s(32)
+                    OptionSwitch {
+                        id: crossOnly
+                        objectName: "duplicatesCrossOnly"
+                        Layout.preferredHeight: Theme.s(32)
+                        text: "Only across different drives"
+                        font: Theme.f(12.5)
+                        checked: DuplicateState.crossOnly
+                        onToggled: DuplicateState.crossOnly = checked
+                    }
                     CatalogScopeMenu {
                         id: scope
                         objectName: "duplicatesScope"
-                        anchors.verticalCenter: parent.verticalCenter
+                        Layout.alignment: Qt.AlignVCenter
                         ids: Array.from(DuplicateState.catalogIDs)
                         onChosen: newIDs => DuplicateState.catalogIDs = newIDs
                     }
-                }
-
-                Item {
-                    width: findButton.implicitWidth
-                    height: Theme.s(32)
-                    LaserButton {
-                        id: findButton
-                        objectName: "duplicatesFind"
-                        anchors.verticalCenter: parent.verticalCenter
-                        visible: !DuplicateState.busy
-                        prominent: true
-                        symbol: "magnifyingglass"
-                        text: "Find Duplicates"
-                        onClicked: DuplicateState.run()
+                    Item {
+                        Layout.row: 0
+                        Layout.column: 2
+                        Layout.fillWidth: true
                     }
-                    SearchSpinner {
-                        objectName: "duplicatesSpinner"
-                        anchors.centerIn: parent
-                        visible: DuplicateState.busy
-                        size: Theme.s(20)
+                    // The sweep, or its spinner in the same place while it runs; at the right of its line, or
+                    // of a line of its own.
+                    Item {
+                        id: findBox
+                        Layout.row: controls.scopeFits ? 0 : 1
+                        Layout.column: controls.scopeFits ? 3 : 0
+                        Layout.columnSpan: controls.scopeFits ? 1 : 3
+                        Layout.alignment: Qt.AlignRight | Qt.AlignVCenter
+                        implicitWidth: findButton.implicitWidth
+                        implicitHeight: Math.max(findButton.implicitHeight, Theme.s(32))
+                        LaserButton {
+                            id: findButton
+                            objectName: "duplicatesFind"
+                            anchors.right: parent.right
+                            anchors.verticalCenter: parent.verticalCenter
+                            visible: !DuplicateState.busy
+                            prominent: true
+                            symbol: "magnifyingglass"
+                            text: "Find Duplicates"
+                            onClicked: DuplicateState.run()
+                        }
+                        SearchSpinner {
+                            objectName: "duplicatesSpinner"
+                            anchors.verticalCenter: parent.verticalCenter
+                            anchors.right: parent.right
+                            anchors.rightMargin: (findButton.width - width) / 2
+                            visible: DuplicateState.busy
+                            size: Theme.s(20)
+                        }
                     }
                 }
             }
@@ -255,6 +298,7 @@ Item {
                     model: DuplicateGroupsModel { id: groupsModel }
                     delegate: DuplicateGroupCard {
                         width: ListView.view.width - Theme.s(10)
+                        catalogWidth: view.catalogWidth
                     }
                 }
             }

@@ -48,11 +48,14 @@ FocusScope {
     FontMetrics { id: monoMetrics; font: Theme.f(12, Font.Normal, true) }
     FontMetrics { id: headMetrics; font: Theme.f(11, Font.DemiBold) }
     readonly property real cellPadding: Theme.s(14)
+    // Measuring is a call, which a binding does not follow; reading the metrics' height makes the widths
+    // follow a change of font (the zoom), else they keep the last zoom's measures.
     function fit(contentWidth, title) {
-        return Math.ceil(Math.max(contentWidth, headMetrics.advanceWidth(title) + Theme.s(14))) + cellPadding
+        return Math.ceil(Math.max(contentWidth, headMetrics.advanceWidth(title) + 0 * headMetrics.height
+                                                + Theme.s(14))) + cellPadding
     }
     function widest(metrics, texts) {
-        let w = 0
+        let w = 0 * metrics.height
         for (const t of texts) w = Math.max(w, metrics.advanceWidth(t))
         return w
     }
@@ -65,8 +68,12 @@ FocusScope {
     readonly property real dateWidth: fit(widest(cellMetrics, [Fmt.date(new Date(2024, 8, 28, 22, 48).getTime() / 1000),
                                                                Fmt.date(new Date(2024, 11, 30, 23, 58).getTime() / 1000)]),
                                           "Modified")
-    readonly property real restWidth: Math.max(Theme.s(260), list.width - Theme.s(12) - catalogWidth - sizeWidth
-                                                             - kindWidth - dateWidth)
+    readonly property real fixedWidth: catalogWidth + sizeWidth + kindWidth + dateWidth
+    // Name and Path never get less than this together: a view too narrow for them scrolls sideways, the
+    // header with the rows.
+    readonly property real minimumRestWidth: Theme.s(380)
+    readonly property real rowWidth: Math.max(list.width, Theme.s(12) + fixedWidth + minimumRestWidth)
+    readonly property real restWidth: rowWidth - Theme.s(12) - fixedWidth
     readonly property real nameWidth: Math.round(restWidth * 0.42)
     readonly property real pathWidth: restWidth - nameWidth
 
@@ -101,13 +108,23 @@ FocusScope {
         anchors.fill: parent
         spacing: Theme.s(2)
 
-        // The header: each title sorts by its column; the sorted one shows its direction.
-        Rectangle {
+        // The header: each title sorts by its column; the sorted one shows its direction. It moves sideways
+        // with the rows.
+        Flickable {
+            objectName: table.objectName.length > 0 ? table.objectName + "Header" : "hitsHeader"
             Layout.fillWidth: true
             implicitHeight: Theme.s(26)
-            color: Theme.alpha(Theme.p.text, 0.045)
-            radius: Theme.s(6)
+            contentWidth: table.rowWidth
+            contentHeight: height
+            contentX: list.contentX
+            interactive: false
             clip: true
+            Rectangle {
+                width: table.rowWidth
+                height: parent.height
+                color: Theme.alpha(Theme.p.text, 0.045)
+                radius: Theme.s(6)
+            }
             Row {
                 x: Theme.s(6)
                 height: parent.height
@@ -166,177 +183,192 @@ FocusScope {
             }
         }
 
-        ListView {
-            id: list
-            objectName: table.objectName.length > 0 ? table.objectName + "List" : "hitsList"
+        Item {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            clip: true
-            model: hits
-            focus: true
-            activeFocusOnTab: true
-            currentIndex: hits.selectedRow
-            highlightFollowsCurrentItem: false
-            keyNavigationEnabled: false
-            boundsBehavior: Flickable.StopAtBounds
-            reuseItems: true
-            ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
-            Accessible.role: Accessible.Table
-            Accessible.name: "Results, " + hits.count + (hits.count === 1 ? " row" : " rows")
 
-            readonly property int pageRows: Math.max(1, Math.floor(height / rowHeight) - 1)
-            readonly property real rowHeight: Math.max(table.iconSize, Theme.s(16)) + Theme.s(8)
+            ListView {
+                id: list
+                objectName: table.objectName.length > 0 ? table.objectName + "List" : "hitsList"
+                anchors.fill: parent
+                clip: true
+                contentWidth: table.rowWidth
+                flickableDirection: Flickable.AutoFlickIfNeeded
+                model: hits
+                focus: true
+                activeFocusOnTab: true
+                currentIndex: hits.selectedRow
+                highlightFollowsCurrentItem: false
+                keyNavigationEnabled: false
+                boundsBehavior: Flickable.StopAtBounds
+                reuseItems: true
+                ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+                ScrollBar.horizontal: ScrollBar { policy: ScrollBar.AsNeeded }
+                Accessible.role: Accessible.Table
+                Accessible.name: "Results, " + hits.count + (hits.count === 1 ? " row" : " rows")
 
-            Keys.onUpPressed: table.select(hits.selectedRow < 0 ? 0 : hits.selectedRow - 1)
-            Keys.onDownPressed: table.select(hits.selectedRow + 1)
-            Keys.onPressed: event => {
-                switch (event.key) {
-                case Qt.Key_PageUp: table.select(hits.selectedRow - pageRows); break
-                case Qt.Key_PageDown: table.select(Math.max(0, hits.selectedRow) + pageRows); break
-                case Qt.Key_Home: table.select(0); break
-                case Qt.Key_End: table.select(hits.count - 1); break
-                case Qt.Key_Return:
-                case Qt.Key_Enter: table.openCurrent(); break
-                case Qt.Key_Menu: table.menuForCurrent(); break
-                case Qt.Key_F10:
-                    if (!(event.modifiers & Qt.ShiftModifier)) return
-                    table.menuForCurrent()
-                    break
-                default: return
+                // Left and Right move a wide table by a fifth of the view.
+                function scrollSideways(direction) {
+                    const most = Math.max(0, contentWidth - width)
+                    contentX = Math.max(0, Math.min(most, contentX + direction * Math.max(Theme.s(40), width / 5)))
                 }
-                event.accepted = true
+
+                readonly property int pageRows: Math.max(1, Math.floor(height / rowHeight) - 1)
+                readonly property real rowHeight: Math.max(table.iconSize, Theme.s(16)) + Theme.s(8)
+
+                Keys.onUpPressed: table.select(hits.selectedRow < 0 ? 0 : hits.selectedRow - 1)
+                Keys.onDownPressed: table.select(hits.selectedRow + 1)
+                Keys.onPressed: event => {
+                    switch (event.key) {
+                    case Qt.Key_PageUp: table.select(hits.selectedRow - pageRows); break
+                    case Qt.Key_PageDown: table.select(Math.max(0, hits.selectedRow) + pageRows); break
+                    case Qt.Key_Home: table.select(0); break
+                    case Qt.Key_End: table.select(hits.count - 1); break
+                    case Qt.Key_Left: list.scrollSideways(-1); break
+                    case Qt.Key_Right: list.scrollSideways(1); break
+                    case Qt.Key_Return:
+                    case Qt.Key_Enter: table.openCurrent(); break
+                    case Qt.Key_Menu: table.menuForCurrent(); break
+                    case Qt.Key_F10:
+                        if (!(event.modifiers & Qt.ShiftModifier)) return
+                        table.menuForCurrent()
+                        break
+                    default: return
+                    }
+                    event.accepted = true
+                }
+
+                delegate: Rectangle {
+                    id: row
+                    required property int index
+                    required property var hit
+                    width: table.rowWidth
+                    height: list.rowHeight
+                    readonly property bool selected: hits.selectedRow === index
+                    readonly property color ink: selected ? Theme.p.text : Theme.alpha(Theme.p.text, 0.82)
+                    color: selected ? Theme.alpha(Theme.p.accent, list.activeFocus ? 0.26 : 0.16)
+                         : rowArea.containsMouse ? Theme.alpha(Theme.p.text, 0.05)
+                         : index % 2 ? Theme.alpha(Theme.p.text, 0.022) : "transparent"
+                    radius: Theme.s(4)
+                    Accessible.role: Accessible.ListItem
+                    Accessible.name: hit.name + ", " + hit.catalogName + ", " + Fmt.size(hit.size) + ", " + hit.path
+                    Accessible.selectable: true
+                    Accessible.selected: selected
+                    Accessible.onPressAction: hits.selectedRow = index
+
+                    MouseArea {
+                        id: rowArea
+                        anchors.fill: parent
+                        hoverEnabled: true
+                        acceptedButtons: Qt.LeftButton | Qt.RightButton
+                        onPressed: mouse => {
+                            hits.selectedRow = row.index
+                            list.forceActiveFocus()
+                        }
+                        onClicked: mouse => {
+                            if (mouse.button === Qt.RightButton) fileMenu.openFor(row.hit.id)
+                        }
+                        onDoubleClicked: mouse => {
+                            if (mouse.button === Qt.LeftButton) table.openCurrent()
+                        }
+                    }
+
+                    Row {
+                        x: Theme.s(6)
+                        height: parent.height
+
+                        // Name: the thumbnail or kind tile, then the name.
+                        Item {
+                            width: table.nameWidth
+                            height: row.height
+                            ThumbIcon {
+                                x: Theme.s(7)
+                                anchors.verticalCenter: parent.verticalCenter
+                                file: row.hit
+                                size: table.iconSize
+                            }
+                            Text {
+                                x: Theme.s(13) + table.iconSize
+                                width: parent.width - x - Theme.s(6)
+                                anchors.verticalCenter: parent.verticalCenter
+                                text: row.hit.name
+                                font: Theme.f(12, row.selected ? Font.DemiBold : Font.Normal)
+                                color: Theme.p.text
+                                elide: Text.ElideRight
+                            }
+                        }
+                        // Catalog: whether its drive is connected, then its name.
+                        Item {
+                            width: table.catalogWidth
+                            height: row.height
+                            StatusLamp {
+                                x: Theme.s(7)
+                                anchors.verticalCenter: parent.verticalCenter
+                                online: AppModel.onlineIDs.indexOf(row.hit.catalogID) >= 0
+                            }
+                            Text {
+                                x: Theme.s(7) + table.lampSpace
+                                width: parent.width - x - Theme.s(6)
+                                anchors.verticalCenter: parent.verticalCenter
+                                text: row.hit.catalogName
+                                font: Theme.f(12)
+                                color: row.ink
+                                elide: table.catalogElide
+                            }
+                        }
+                        Text {
+                            width: table.sizeWidth
+                            anchors.verticalCenter: parent.verticalCenter
+                            rightPadding: Theme.s(8)
+                            horizontalAlignment: Text.AlignRight
+                            text: Fmt.size(row.hit.size)
+                            font: Theme.f(12, Font.Normal, true)
+                            color: row.ink
+                            elide: Text.ElideLeft
+                        }
+                        Text {
+                            visible: table.showKind
+                            width: table.kindWidth
+                            anchors.verticalCenter: parent.verticalCenter
+                            leftPadding: Theme.s(7)
+                            text: row.hit.kind
+                            font: Theme.f(12)
+                            color: row.ink
+                            elide: Text.ElideRight
+                        }
+                        Text {
+                            width: table.dateWidth
+                            anchors.verticalCenter: parent.verticalCenter
+                            leftPadding: Theme.s(7)
+                            text: Fmt.date(row.hit.modified)
+                            font: Theme.f(12)
+                            color: row.ink
+                            elide: Text.ElideRight
+                        }
+                        // The path loses its middle, so the drive's folder and the file's own folder both show.
+                        Text {
+                            width: table.pathWidth
+                            anchors.verticalCenter: parent.verticalCenter
+                            leftPadding: Theme.s(7)
+                            rightPadding: Theme.s(6)
+                            text: row.hit.path
+                            font: Theme.f(12)
+                            color: Theme.alpha(Theme.p.text, row.selected ? 0.9 : 0.62)
+                            elide: Text.ElideMiddle
+                        }
+                    }
+                }
             }
 
-            // The keyboard's focus: a thin ring around the list.
+            // The keyboard's focus: a thin ring around the list, still while it scrolls.
             Rectangle {
-                anchors.fill: parent
+                anchors.fill: list
                 z: 2
                 visible: list.activeFocus
                 color: "transparent"
                 radius: Theme.s(4)
                 border.width: Math.max(1, Theme.s(1))
                 border.color: Theme.alpha(Theme.p.accent, 0.45)
-            }
-
-            delegate: Rectangle {
-                id: row
-                required property int index
-                required property var hit
-                width: ListView.view.width
-                height: list.rowHeight
-                readonly property bool selected: hits.selectedRow === index
-                readonly property color ink: selected ? Theme.p.text : Theme.alpha(Theme.p.text, 0.82)
-                color: selected ? Theme.alpha(Theme.p.accent, list.activeFocus ? 0.26 : 0.16)
-                     : rowArea.containsMouse ? Theme.alpha(Theme.p.text, 0.05)
-                     : index % 2 ? Theme.alpha(Theme.p.text, 0.022) : "transparent"
-                radius: Theme.s(4)
-                Accessible.role: Accessible.ListItem
-                Accessible.name: hit.name + ", " + hit.catalogName + ", " + Fmt.size(hit.size) + ", " + hit.path
-                Accessible.selectable: true
-                Accessible.selected: selected
-                Accessible.onPressAction: hits.selectedRow = index
-
-                MouseArea {
-                    id: rowArea
-                    anchors.fill: parent
-                    hoverEnabled: true
-                    acceptedButtons: Qt.LeftButton | Qt.RightButton
-                    onPressed: mouse => {
-                        hits.selectedRow = row.index
-                        list.forceActiveFocus()
-                    }
-                    onClicked: mouse => {
-                        if (mouse.button === Qt.RightButton) fileMenu.openFor(row.hit.id)
-                    }
-                    onDoubleClicked: mouse => {
-                        if (mouse.button === Qt.LeftButton) table.openCurrent()
-                    }
-                }
-
-                Row {
-                    x: Theme.s(6)
-                    height: parent.height
-
-                    // Name: the thumbnail or kind tile, then the name.
-                    Item {
-                        width: table.nameWidth
-                        height: row.height
-                        ThumbIcon {
-                            x: Theme.s(7)
-                            anchors.verticalCenter: parent.verticalCenter
-                            file: row.hit
-                            size: table.iconSize
-                        }
-                        Text {
-                            x: Theme.s(13) + table.iconSize
-                            width: parent.width - x - Theme.s(6)
-                            anchors.verticalCenter: parent.verticalCenter
-                            text: row.hit.name
-                            font: Theme.f(12, row.selected ? Font.DemiBold : Font.Normal)
-                            color: Theme.p.text
-                            elide: Text.ElideRight
-                        }
-                    }
-                    // Catalog: whether its drive is connected, then its name.
-                    Item {
-                        width: table.catalogWidth
-                        height: row.height
-                        StatusLamp {
-                            x: Theme.s(7)
-                            anchors.verticalCenter: parent.verticalCenter
-                            online: AppModel.onlineIDs.indexOf(row.hit.catalogID) >= 0
-                        }
-                        Text {
-                            x: Theme.s(7) + table.lampSpace
-                            width: parent.width - x - Theme.s(6)
-                            anchors.verticalCenter: parent.verticalCenter
-                            text: row.hit.catalogName
-                            font: Theme.f(12)
-                            color: row.ink
-                            elide: table.catalogElide
-                        }
-                    }
-                    Text {
-                        width: table.sizeWidth
-                        anchors.verticalCenter: parent.verticalCenter
-                        rightPadding: Theme.s(8)
-                        horizontalAlignment: Text.AlignRight
-                        text: Fmt.size(row.hit.size)
-                        font: Theme.f(12, Font.Normal, true)
-                        color: row.ink
-                        elide: Text.ElideLeft
-                    }
-                    Text {
-                        visible: table.showKind
-                        width: table.kindWidth
-                        anchors.verticalCenter: parent.verticalCenter
-                        leftPadding: Theme.s(7)
-                        text: row.hit.kind
-                        font: Theme.f(12)
-                        color: row.ink
-                        elide: Text.ElideRight
-                    }
-                    Text {
-                        width: table.dateWidth
-                        anchors.verticalCenter: parent.verticalCenter
-                        leftPadding: Theme.s(7)
-                        text: Fmt.date(row.hit.modified)
-                        font: Theme.f(12)
-                        color: row.ink
-                        elide: Text.ElideRight
-                    }
-                    // The path loses its middle, so the drive's folder and the file's own folder both show.
-                    Text {
-                        width: table.pathWidth
-                        anchors.verticalCenter: parent.verticalCenter
-                        leftPadding: Theme.s(7)
-                        rightPadding: Theme.s(6)
-                        text: row.hit.path
-                        font: Theme.f(12)
-                        color: Theme.alpha(Theme.p.text, row.selected ? 0.9 : 0.62)
-                        elide: Text.ElideMiddle
-                    }
-                }
             }
         }
     }

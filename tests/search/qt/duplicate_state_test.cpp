@@ -9,6 +9,9 @@
 #include <QThread>
 #include <QTimer>
 
+#include <memory>
+#include <mutex>
+
 #include "search/library_builder.h"
 #include "store/catalog_db.h"
 #include "support/qt_wait.h"
@@ -18,8 +21,10 @@ namespace orrelin {
 namespace {
 
 using testing::LibraryBuilder;
+using testing::spin;
 using testing::TempDir;
 using testing::waitFor;
+using testing::waitUntil;
 
 class DuplicateStateTest : public ::testing::Test {
  protected:
@@ -114,6 +119,50 @@ TEST_F(DuplicateStateTest, ADatabaseErrorLooksLikeNoDuplicatesAndWithoutADatabas
   idle.run();
   EXPECT_FALSE(idle.busy());
   EXPECT_FALSE(idle.ran());
+}
+
+TEST_F(DuplicateStateTest, ARestoreWhileARunWaitsKeepsTheOldConnectionAndDropsItsResult) {
+  // The old database, shared as the application holds it, with one set of its own.
+  TempDir oldDir;
+  auto old = std::make_shared<CatalogDB>(oldDir.file("Catalogs.sqlite"));
+  LibraryBuilder oldLib(*old);
+  int64_t only = oldLib.addCatalog("Old");
+  oldLib.file(only, "x/old.bin", 2'000'000);
+  oldLib.file(only, "y/old.bin", 2'000'000);
+  oldLib.finish();
+  std::weak_ptr<CatalogDB> watch = old;
+  state.setStore(old);
+  state.run();
+  ASSERT_TRUE(waitFor(&state, &DuplicateState::ranChanged));
+  ASSERT_EQ(state.groupCount(), 1);
+
+  {
+    // The next run waits for the connection, which this thread holds, while a restore hands the state
+    // another database and the application lets go of the old one.
+    std::recursive_mutex& lock = old->db().mutex();
+    std::unique_lock<std::recursive_mutex> hold(lock);
+    state.run();
+    EXPECT_TRUE(state.busy());
+    QThread::msleep(50);
+    auto replacement = std::shared_ptr<CatalogDB>(&store, [](CatalogDB*) {});
+    state.setStore(replacement);
+    old.reset();
+    EXPECT_FALSE(watch.expired()) << "the waiting run still holds the old connection";
+    // The old result is gone with its database, and nothing runs on the new one.
+    EXPECT_EQ(state.groupCount(), 0);
+    EXPECT_FALSE(state.ran());
+    EXPECT_FALSE(state.busy());
+  }
+  // The late result is dropped, and the old connection closes once the run is done with it.
+  ASSERT_TRUE(waitUntil([&] { return watch.expired(); }));
+  spin(50);
+  EXPECT_EQ(state.groupCount(), 0);
+  EXPECT_FALSE(state.ran());
+
+  // The new database answers the next run.
+  state.run();
+  ASSERT_TRUE(waitFor(&state, &DuplicateState::ranChanged));
+  EXPECT_EQ(state.groupCount(), 5);
 }
 
 TEST(DuplicateStateDeathTest, AMinimumBeyondSixtyFourBitsStopsTheProgram) {
