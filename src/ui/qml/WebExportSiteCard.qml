@@ -7,7 +7,6 @@ import Orrelin
 
 WebExportCard {
     id: card
-    property int chosenCount: 0
     property string siteTitle
     property bool thumbs: true
     property bool hidden: false
@@ -61,7 +60,6 @@ WebExportCard {
         prominent: true
         text: "Generate Web Site…"
         symbol: "sparkles.rectangle.stack"
-        enabled: card.chosenCount > 0
         onClicked: card.generate()
     }
 
