@@ -85,6 +85,7 @@ Item {
                     delegate: StatsFigure {
                         required property var modelData
                         required property int index
+                        objectName: "statsFigure"
                         readonly property int line: Math.floor(index / figures.perLine)
                         readonly property int inLine: Math.min(figures.perLine, figures.count - line * figures.perLine)
                         width: (figures.width - (inLine - 1) * figures.gap) / inLine
