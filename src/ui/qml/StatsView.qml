@@ -125,11 +125,12 @@ Item {
                     Layout.alignment: Qt.AlignTop
                     title: "Files by kind"
                     symbol: "square.grid.2x2"
-                    accessory: StatsSegment {
+                    accessory: SegmentedPicker {
                         objectName: "kindMeasure"
-                        labels: ["Size", "Count"]
-                        current: stats.bySize ? 0 : 1
-                        onPicked: index => stats.bySize = index === 0
+                        label: "Measure"
+                        options: ["Size", "Count"]
+                        current: stats.bySize ? "Size" : "Count"
+                        onPicked: option => stats.bySize = option === "Size"
                     }
                     ChartHorizontalBars {
                         objectName: "kindChart"
@@ -232,7 +233,9 @@ Item {
                 StatsCard {
                     objectName: "extensionCard"
                     Layout.fillWidth: true
-                    Layout.fillHeight: true
+                    // Twelve rows beside the largest files' twenty-five: stretched to that height the
+                    // card would be half empty, so it keeps its own height.
+                    Layout.alignment: Qt.AlignTop
                     Layout.preferredWidth: 1
                     title: "Top extensions"
                     symbol: "textformat"
