@@ -160,7 +160,8 @@ TEST_F(StatsScreenTest, FiguresFillTheirRowsAtEveryZoom) {
   for (double zoom : {1.0, 1.75, 2.0}) {
     SCOPED_TRACE(zoom);
     ui().setZoom(zoom);
-    const std::vector<QQuickItem*> figures = itemsIn(QStringLiteral("statsFigures"), QStringLiteral("statsFigure"));
+    const std::vector<QQuickItem*> figures =
+        itemsIn(QStringLiteral("statsFigures"), QStringLiteral("statsFigure"));
     QQuickItem* row = shown(QStringLiteral("statsFigures"));
     ASSERT_EQ(figures.size(), 5u);
     // Group by top edge; each line runs from the row's left edge to its right edge, with no overlap.
