@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <ctime>
+#include <map>
 #include <vector>
 
 #include <fcntl.h>
@@ -125,7 +126,7 @@ TEST_F(StatsScreenTest, SampleLibraryFiguresAndCardsMatchTheDatabase) {
       << widths("kindChart").join(' ').toStdString();
 
   // "Count" keeps the order and relabels the bars; the widest bar is then the kind with the most files.
-  click(QStringLiteral("kindMeasure_Count"));
+  click(QStringLiteral("kindMeasure_1"));
   ASSERT_TRUE(waitUntil([&] { return texts("kindChart", "chartValue") == counts; }));
   EXPECT_EQ(chartColumn("kindChart", "chartRow", "label"), kinds);
   const auto most = std::max_element(stats.byKind.begin(), stats.byKind.end(),
@@ -151,6 +152,35 @@ TEST_F(StatsScreenTest, SampleLibraryFiguresAndCardsMatchTheDatabase) {
 
   // The sample has no scan history.
   EXPECT_TRUE(shown(QStringLiteral("noScans"))->isVisible());
+}
+
+TEST_F(StatsScreenTest, FiguresFillTheirRowsAtEveryZoom) {
+  model().loadSampleData();
+  showStats();
+  for (double zoom : {1.0, 1.75, 2.0}) {
+    SCOPED_TRACE(zoom);
+    ui().setZoom(zoom);
+    const std::vector<QQuickItem*> figures =
+        itemsIn(QStringLiteral("statsFigures"), QStringLiteral("statsFigure"));
+    QQuickItem* row = shown(QStringLiteral("statsFigures"));
+    ASSERT_EQ(figures.size(), 5u);
+    // Group by top edge; each line runs from the row's left edge to its right edge, with no overlap.
+    std::map<int, std::vector<QRectF>> lines;
+    for (QQuickItem* f : figures)
+      lines[qRound(f->y())].push_back(QRectF(f->x(), f->y(), f->width(), f->height()));
+    for (const auto& [top, rects] : lines) {
+      EXPECT_NEAR(rects.front().left(), 0, 0.5) << "line at " << top;
+      EXPECT_NEAR(rects.back().right(), row->width(), 0.5) << "line at " << top;
+      for (size_t i = 1; i < rects.size(); ++i) EXPECT_LE(rects[i - 1].right(), rects[i].left());
+    }
+    // Lines stack without overlapping, and the row is as tall as they are.
+    const QRectF last = lines.rbegin()->second.back();
+    EXPECT_NEAR(row->height(), last.bottom(), 0.5);
+    if (lines.size() > 1) {
+      EXPECT_GE(std::next(lines.begin())->first, lines.begin()->second[0].bottom());
+    }
+  }
+  ui().setZoom(1.0);
 }
 
 TEST_F(StatsScreenTest, LargestFileRowOpensTheFileInTheBrowser) {

@@ -34,7 +34,6 @@ class WebExportScreenTest : public SidebarTest {
     QObject* icon = findNamed(shown("webCatalog_" + QString::number(row)), QStringLiteral("checkIcon"));
     return icon ? icon->property("symbol").toString() : QString();
   }
-  bool enabled(const QString& name) { return shown(name)->isEnabled(); }
 
   // Answers every file panel with `path`, recording what was asked.
   void answerPanels(const fs::path& path) {
@@ -63,13 +62,20 @@ TEST_F(WebExportScreenTest, ChoosingCatalogsAndTheCountLine) {
   EXPECT_EQ(checkSymbol(0), "square");
   EXPECT_EQ(checkSymbol(1), "checkmark.square.fill");
 
-  // With nothing chosen, nothing can be generated or exported.
+  // With nothing chosen, each export says so instead of asking where to write.
   click(QStringLiteral("webSelectNone"));
   EXPECT_EQ(countLine(), "0 of 4 selected");
-  EXPECT_FALSE(enabled(QStringLiteral("generateSiteButton")));
-  EXPECT_FALSE(enabled(QStringLiteral("exportCSVButton")));
-  EXPECT_FALSE(enabled(QStringLiteral("exportJSONButton")));
-  EXPECT_TRUE(enabled(QStringLiteral("importButton")));
+  answerPanels({});
+  for (const char* button : {"generateSiteButton", "exportCSVButton", "exportJSONButton"}) {
+    SCOPED_TRACE(button);
+    model().dismissAlert();
+    click(QString::fromLatin1(button));
+    ASSERT_TRUE(model().hasAlert());
+    EXPECT_EQ(model().alert()->title, "Nothing to Export");
+    EXPECT_EQ(model().alert()->message, "Choose at least one catalog first.");
+  }
+  model().dismissAlert();
+  EXPECT_TRUE(m_asked.empty());
 
   // Coming back with nothing chosen chooses all again; a choice of some is kept.
   model().setSection(AppSection::stats);

@@ -58,6 +58,8 @@ Column {
                 required property var modelData
                 required property int index
                 objectName: "chartRow"
+                Accessible.role: Accessible.StaticText
+                Accessible.name: modelData.label + ": " + modelData.text
                 y: index * chart.slot
                 width: chart.width
                 height: chart.slot

@@ -78,6 +78,8 @@ Column {
                 required property var modelData
                 required property int index
                 objectName: "chartColumn"
+                Accessible.role: Accessible.StaticText
+                Accessible.name: modelData.label + ": " + modelData.text
                 x: chart.axisRoom + index * chart.slot
                 width: chart.slot
                 height: plot.height

@@ -36,7 +36,7 @@ GlassPanel {
             Text {
                 Layout.fillWidth: true
                 text: card.title
-                font: Theme.f(14, Font.DemiBold)
+                font: Theme.f(15, Font.DemiBold)
                 color: Theme.p.text
                 elide: Text.ElideRight
             }

@@ -65,25 +65,47 @@ Item {
             width: scroller.width - 2 * view.margin
             spacing: Theme.s(16)
 
-            GridLayout {
+            // The five figures in as few rows as fit, each row sharing the full width among its figures,
+            // so a second row of two is as wide as the first of three rather than leaving a hole.
+            Item {
                 id: figures
                 objectName: "statsFigures"
+                readonly property int count: stats.figures.length
+                readonly property real gap: Theme.s(12)
+                readonly property int fit: Math.max(1, Math.min(5, Math.floor((width + gap) / (Theme.s(170) + gap))))
+                readonly property int lines: Math.max(1, Math.ceil(count / fit))
+                readonly property int perLine: Math.max(1, Math.ceil(count / lines))
+                property real figureHeight: 0
                 Layout.fillWidth: true
-                // Five in a row where they fit, else as many as fit.
-                columns: Math.max(1, Math.min(5, Math.floor((page.width + columnSpacing)
-                                                            / (Theme.s(170) + columnSpacing))))
-                columnSpacing: Theme.s(12)
-                rowSpacing: Theme.s(12)
+                implicitHeight: lines * figureHeight + (lines - 1) * gap
+
                 Repeater {
+                    id: figureRepeater
                     model: stats.figures
                     delegate: StatsFigure {
                         required property var modelData
-                        Layout.fillWidth: true
-                        Layout.preferredWidth: Theme.s(170)
+                        required property int index
+                        objectName: "statsFigure"
+                        readonly property int line: Math.floor(index / figures.perLine)
+                        readonly property int inLine: Math.min(figures.perLine, figures.count - line * figures.perLine)
+                        width: (figures.width - (inLine - 1) * figures.gap) / inLine
+                        height: figures.figureHeight
+                        x: (index % figures.perLine) * (width + figures.gap)
+                        y: line * (figures.figureHeight + figures.gap)
                         label: modelData.label
                         value: modelData.value
                         symbol: modelData.symbol
+                        onImplicitHeightChanged: figures.measure()
+                        Component.onCompleted: figures.measure()
                     }
+                }
+                function measure() {
+                    let tallest = 0
+                    for (let i = 0; i < figureRepeater.count; ++i) {
+                        const f = figureRepeater.itemAt(i)
+                        if (f) tallest = Math.max(tallest, f.implicitHeight)
+                    }
+                    figureHeight = tallest
                 }
             }
 
@@ -103,11 +125,12 @@ Item {
                     Layout.alignment: Qt.AlignTop
                     title: "Files by kind"
                     symbol: "square.grid.2x2"
-                    accessory: StatsSegment {
+                    accessory: SegmentedPicker {
                         objectName: "kindMeasure"
-                        labels: ["Size", "Count"]
-                        current: stats.bySize ? 0 : 1
-                        onPicked: index => stats.bySize = index === 0
+                        label: "Measure"
+                        options: ["Size", "Count"]
+                        current: stats.bySize ? "Size" : "Count"
+                        onPicked: option => stats.bySize = option === "Size"
                     }
                     ChartHorizontalBars {
                         objectName: "kindChart"
@@ -210,7 +233,9 @@ Item {
                 StatsCard {
                     objectName: "extensionCard"
                     Layout.fillWidth: true
-                    Layout.fillHeight: true
+                    // Twelve rows beside the largest files' twenty-five: stretched to that height the
+                    // card would be half empty, so it keeps its own height.
+                    Layout.alignment: Qt.AlignTop
                     Layout.preferredWidth: 1
                     title: "Top extensions"
                     symbol: "textformat"

@@ -42,6 +42,7 @@ GlassPanel {
             }
             ColumnLayout {
                 Layout.fillWidth: true
+                Layout.alignment: card.text.length > 0 ? Qt.AlignTop : Qt.AlignVCenter
                 spacing: Theme.s(4)
                 Text {
                     Layout.fillWidth: true

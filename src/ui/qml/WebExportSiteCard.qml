@@ -7,7 +7,6 @@ import Orrelin
 
 WebExportCard {
     id: card
-    property int chosenCount: 0
     property string siteTitle
     property bool thumbs: true
     property bool hidden: false
@@ -42,7 +41,10 @@ WebExportCard {
     OptionSwitch {
         objectName: "thumbnailsSwitch"
         Layout.fillWidth: true
-        Layout.maximumWidth: Theme.s(420)
+        // The switch row's own padding pushed out, so its label lines up with the field's and its
+        // switch ends where the field does.
+        Layout.leftMargin: -leftPadding
+        Layout.maximumWidth: Theme.s(420) + leftPadding + rightPadding
         text: "Include thumbnails"
         checked: card.thumbs
         onToggled: card.thumbsToggled(checked)
@@ -50,7 +52,10 @@ WebExportCard {
     OptionSwitch {
         objectName: "hiddenSwitch"
         Layout.fillWidth: true
-        Layout.maximumWidth: Theme.s(420)
+        // The switch row's own padding pushed out, so its label lines up with the field's and its
+        // switch ends where the field does.
+        Layout.leftMargin: -leftPadding
+        Layout.maximumWidth: Theme.s(420) + leftPadding + rightPadding
         text: "Include hidden files"
         checked: card.hidden
         onToggled: card.hiddenToggled(checked)
@@ -61,7 +66,6 @@ WebExportCard {
         prominent: true
         text: "Generate Web Site…"
         symbol: "sparkles.rectangle.stack"
-        enabled: card.chosenCount > 0
         onClicked: card.generate()
     }
 

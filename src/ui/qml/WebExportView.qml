@@ -102,7 +102,6 @@ Item {
 
                 WebExportSiteCard {
                     Layout.fillWidth: true
-                    chosenCount: view.chosenIDs.length
                     siteTitle: view.title
                     thumbs: view.thumbs
                     hidden: view.hidden
@@ -121,6 +120,8 @@ Item {
                     title: "Data export"
                     symbol: "square.and.arrow.up"
                     text: "Spreadsheet-ready CSV or a complete JSON archive of the selected catalogs (every file record, tags and media details). JSON exports can be imported back later."
+                    // Like the site's button, these stay live with nothing chosen: the export then says why
+                    // nothing was written.
                     Flow {
                         Layout.fillWidth: true
                         spacing: Theme.s(10)
@@ -128,14 +129,12 @@ Item {
                             objectName: "exportCSVButton"
                             text: "Export CSV…"
                             symbol: "tablecells"
-                            enabled: view.chosenIDs.length > 0
                             onClicked: AppModel.exportCSV(view.chosenIDs)
                         }
                         LaserButton {
                             objectName: "exportJSONButton"
                             text: "Export JSON…"
                             symbol: "curlybraces"
-                            enabled: view.chosenIDs.length > 0
                             onClicked: AppModel.exportJSON(view.chosenIDs)
                         }
                     }
