@@ -24,20 +24,34 @@ FocusScope {
                                     { title: "Size", key: "size", fixed: Theme.s(150) },
                                     { title: "Modified", key: "sortModified", fixed: Theme.s(150) },
                                     { title: "Tags", key: "", fixed: Theme.s(130) }]
+    // The narrowest the name may be before columns give way: in a narrow view (a large zoom) the tags go
+    // first, then the kind, then the date, rather than the list scrolling sideways.
+    readonly property real nameMinimum: Theme.s(140)
+    readonly property var shown: {
+        const keep = [true, true, true, true, true]
+        let total = nameMinimum + Theme.s(12)
+        for (const c of columns) total += c.fixed || 0
+        for (const i of [4, 1, 3]) {
+            if (total <= list.width) break
+            keep[i] = false
+            total -= columns[i].fixed
+        }
+        return keep
+    }
     readonly property real fixedWidth: {
         let fixed = 0
-        for (const c of columns) fixed += c.fixed || 0
+        for (let i = 0; i < columns.length; ++i) if (shown[i]) fixed += columns[i].fixed || 0
         return fixed
     }
-    // The name takes what the others leave; a view too narrow for all of them scrolls sideways.
-    readonly property real rowWidth: Math.max(list.width, fixedWidth + Theme.s(200) + Theme.s(12))
+    // The name takes what the others leave; only a view too narrow for the name and size scrolls sideways.
+    readonly property real rowWidth: Math.max(list.width, fixedWidth + nameMinimum + Theme.s(12))
     function columnWidth(column) {
         return column.fixed ? column.fixed : rowWidth - fixedWidth - Theme.s(12)
     }
     // Where column `index` starts within a row (the header's cells start at 6).
     function columnX(index) {
         let x = 0
-        for (let i = 0; i < index; ++i) x += columnWidth(columns[i])
+        for (let i = 0; i < index; ++i) if (shown[i]) x += columnWidth(columns[i])
         return x
     }
     // What every row shares, worked out once here rather than in each row: a scroll makes a page of rows
@@ -92,10 +106,12 @@ FocusScope {
                     delegate: AbstractButton {
                         id: headerCell
                         required property var modelData
+                        required property int index
+                        visible: table.shown[index]
                         readonly property bool sortable: modelData.key.length > 0
                         readonly property bool sorted: sortable && table.browser.sortKey === modelData.key
                         objectName: "folderHeader_" + modelData.title
-                        width: table.columnWidth(modelData)
+                        width: visible ? table.columnWidth(modelData) : 0
                         height: parent.height
                         hoverEnabled: sortable
                         enabled: sortable
@@ -231,6 +247,7 @@ FocusScope {
                 }
                 Text {
                     objectName: "cell_kindName"
+                    visible: table.shown[1]
                     x: table.cellX[1]
                     width: table.cellWidth[1]
                     height: row.height
@@ -253,6 +270,7 @@ FocusScope {
                 }
                 Text {
                     objectName: "cell_sortModified"
+                    visible: table.shown[3]
                     x: table.cellX[3]
                     width: table.cellWidth[3]
                     height: row.height
@@ -267,7 +285,7 @@ FocusScope {
                     width: table.cellWidth[4]
                     height: row.height
                     clip: true
-                    active: row.tags.length > 0 || row.label >= 1
+                    active: table.shown[4] && (row.tags.length > 0 || row.label >= 1)
                     sourceComponent: Item {
                         TagChips {
                             anchors.verticalCenter: parent.verticalCenter
