@@ -1,6 +1,11 @@
 #include "ui/folder_model.h"
 
+#include <QStringList>
+
+#include "app/qt/app_model.h"
+#include "store/fmt.h"
 #include "ui/file_maps.h"
+#include "ui/thumb_cache.h"
 
 namespace orrelin {
 
@@ -60,13 +65,38 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const {
       return QString::fromStdString(file->name);
     case IsDirRole:
       return file->isDir;
+    case KindRole:
+      return QString::fromUtf8(file->kindName().data(), static_cast<qsizetype>(file->kindName().size()));
+    case HiddenRole:
+      return file->hidden;
+    case LabelRole:
+      return file->label;
+    case TagsRole: {
+      QStringList tags;
+      for (const std::string& tag : file->tags) tags << QString::fromStdString(tag);
+      return tags;
+    }
+    case ThumbRole: {
+      const auto path = AppModel::shared().thumbnailURL(*file);
+      return path ? ThumbCache::imageUrl(*path) : QString();
+    }
+    case SizeTextRole: {
+      std::string text = Fmt::size(file->size);
+      if (file->isDir) text += " \u00B7 " + std::to_string(file->itemCount) + " items";
+      return QString::fromStdString(text);
+    }
+    case ModifiedTextRole:
+      return QString::fromStdString(Fmt::date(file->modified));
     default:
       return {};
   }
 }
 
 QHash<int, QByteArray> FolderModel::roleNames() const {
-  return {{FileRole, "file"}, {FileIDRole, "fileID"}, {NameRole, "name"}, {IsDirRole, "isDir"}};
+  return {{FileRole, "file"},         {FileIDRole, "fileID"},         {NameRole, "name"},
+          {IsDirRole, "isDir"},       {KindRole, "kind"},             {HiddenRole, "hidden"},
+          {LabelRole, "label"},       {TagsRole, "tags"},             {ThumbRole, "thumb"},
+          {SizeTextRole, "sizeText"}, {ModifiedTextRole, "modifiedText"}};
 }
 
 }  // namespace orrelin

@@ -1,6 +1,8 @@
 // The rows of one folder as the browser shows them: a column, or the list. The records stay in the
 // browser's cache, shared rather than copied, and a row's map is made only when a view asks for it, so a
-// folder of a hundred thousand entries costs one vector of indexes here.
+// folder of a hundred thousand entries costs one vector of indexes here. The rows' delegates read plain
+// roles, with the size and date already as text: a scroll makes a page of rows at a time, and every
+// binding a row need not evaluate is a frame kept.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -28,7 +30,19 @@ class FolderModel : public QAbstractListModel {
 
  public:
   using Records = std::shared_ptr<const std::vector<FileRecord>>;
-  enum Role { FileRole = Qt::UserRole + 1, FileIDRole, NameRole, IsDirRole };
+  enum Role {
+    FileRole = Qt::UserRole + 1,  // The whole record map (see fileMap).
+    FileIDRole,
+    NameRole,
+    IsDirRole,
+    KindRole,          // The kind's raw value.
+    HiddenRole,
+    LabelRole,         // The colour label, 0 for none.
+    TagsRole,          // List of text.
+    ThumbRole,         // The thumbnail's image:// address, or empty.
+    SizeTextRole,      // Fmt.size; a folder's with " · N items".
+    ModifiedTextRole,  // Fmt.date of the modification date.
+  };
 
   explicit FolderModel(QObject* parent = nullptr);
 

@@ -137,6 +137,8 @@ TEST_F(BrowseTest, ClicksWalkTheColumnsAndTheCrumbsLeadBack) {
   type("nice");
   EXPECT_EQ(browser()->filter(), "nice");
   EXPECT_EQ(browser()->columns()->column(1)->count(), 1);
+  type("zzz");  // Nothing matches: the column says so as an empty one does.
+  EXPECT_EQ(shown("emptyColumn1")->property("text").toString(), "Empty folder");
   click("browseFilterClear");
   EXPECT_TRUE(browser()->filter().isEmpty());
   clickRow("row:0:Empty");
@@ -223,6 +225,77 @@ TEST_F(BrowseTest, TheHiddenSwitchAndTheArrowKeys) {
   key(Qt::Key_Down);
   EXPECT_EQ(browser()->selected()->name, "Empty");
   EXPECT_EQ(pathNames(), std::vector<std::string>{"Empty"});
+}
+
+TEST_F(BrowseTest, LeavingTheScreenForgetsThePathButNotTheMode) {
+  TempDir dir;
+  browseTree(dir);
+  clickRow("row:0:Docs");
+  clickRow("row:1:Reports");
+  click("browseMode_List");
+  model().setSection(AppSection::search);
+  settle();
+  model().setSection(AppSection::browse);
+  ASSERT_TRUE(waitUntil([&] { return browser() != nullptr; }));
+  EXPECT_TRUE(pathNames().empty());
+  EXPECT_FALSE(browser()->selected().has_value());
+  EXPECT_EQ(browser()->mode(), BrowseMode::list);
+}
+
+// At a large zoom the file view keeps most of the window: the bar takes two rows, the list drops columns
+// rather than scrolling sideways, the drive's facts fold into a line, a long trail gives way at its start.
+TEST_F(BrowseTest, ALargeZoomKeepsTheFileViewRoomy) {
+  TempDir dir;
+  const fs::path deep = dir.path() / "A rather long folder name" / "Another long folder name" / "Third level" /
+                        "Fourth level of folders" / "Fifth";
+  writeFile(deep / "song.mp3", "m");
+  const Catalog c = browseTree(dir, "A cartridge with a long name for its drive");
+  ui().setZoom(1.75);
+  settle();
+
+  // The facts, folded: the summary line and, opened, every fact beside its label.
+  QQuickItem* panel = shown("driveInfoPanel");
+  EXPECT_FALSE(item("driveFact:Volume")->isVisible());
+  EXPECT_FALSE(item("driveFactInline:Volume")->isVisible());
+  EXPECT_EQ(shown("driveFactsSummary")->property("text").toString(),
+            QString::fromStdString(Fmt::count(c.fileCount) + " files, " + Fmt::count(c.folderCount) +
+                                   " folders \u00B7 " + Fmt::size(c.totalSize)));
+  // The buttons stay inside the panel whatever the name's length.
+  for (const char* name : {"driveUpdateButton", "driveMoreButton"}) {
+    QQuickItem* button = shown(name);
+    EXPECT_LE(button->mapToItem(panel, {button->width(), 0}).x(), panel->width()) << name;
+  }
+  QQuickItem* fileView = shown("fileView");
+  EXPECT_GT(fileView->height(), 0.55 * window()->height());
+  click("driveFactsToggle");
+  EXPECT_EQ(findNamed(shown("driveFactInline:Type"), "value")->property("text").toString(), "Folder");
+  click("driveFactsToggle");
+  EXPECT_FALSE(item("driveFactInline:Type")->isVisible());
+
+  // Two rows in the bar; the list fits its width by leaving out the tags, the kind and the date.
+  QQuickItem* crumbs = shown("breadcrumbs");
+  QQuickItem* filter = shown("browseFilter");
+  EXPECT_GE(filter->mapToItem(crumbs, {0, 0}).y(), crumbs->height());
+  EXPECT_LT(filter->mapToItem(crumbs, {0, 0}).y(), 2.5 * crumbs->height());
+  click("browseMode_List");
+  settle();
+  QQuickItem* list = shown("folderList");
+  EXPECT_LE(list->property("contentWidth").toDouble(), list->width() + 0.5);
+  EXPECT_TRUE(shown("folderHeader_Size")->isVisible());
+  EXPECT_FALSE(item("folderHeader_Tags")->isVisible());
+
+  // A long trail shows its end; the ellipsis offers the crumbs cut off.
+  model().browseTo(recordAt(model(), c, "A rather long folder name/Another long folder name/Third level/"
+                                        "Fourth level of folders/Fifth/song.mp3"));
+  settle();
+  QQuickItem* last = shown("crumb5");
+  EXPECT_LE(last->mapToItem(crumbs, {last->width(), 0}).x(), crumbs->width() + 0.5);
+  click("crumbsMore");
+  ASSERT_TRUE(waitUntil([&] { return find("crumbsMoreMenu")->property("opened").toBool(); }, 2000));
+  settle();
+  click(shown("crumbsMore1"));
+  EXPECT_EQ(pathNames(), std::vector<std::string>{"A rather long folder name"});
+  ui().setZoom(1.0);
 }
 
 TEST_F(BrowseTest, AHitOfAnotherCartridgeSwitchesTheCartridgeAndOpensAtItsPlace) {

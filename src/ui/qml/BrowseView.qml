@@ -1,5 +1,7 @@
 // The Browse screen: the selected cartridge's files; with none selected, a word on how to choose one; and
-// with no cartridge at all, the ways to make the first.
+// with no cartridge at all, the ways to make the first. The browser lives while its cartridge is selected
+// and the screen is shown: coming back to it, or to another cartridge, starts at the top of the drive
+// (only the choice between columns and list is kept).
 import QtQuick
 import Orrelin
 
@@ -18,7 +20,7 @@ Item {
         id: browserLoader
         objectName: "catalogBrowserLoader"
         anchors.fill: parent
-        active: screen.catalog !== null
+        active: screen.catalog !== null && AppModel.section === Nav.AppSection.browse
         sourceComponent: CatalogBrowserView {
             catalog: screen.catalog !== null ? screen.catalog : ({})
         }

@@ -1,8 +1,8 @@
 // The bar over the file view: the path's breadcrumbs, the choice between columns and list, the filter of
-// the current folder and the switch for hidden files. Where one row is too narrow for all of it, the
-// breadcrumbs take a row of their own above the controls, and in a narrower view still the filter takes
-// the full width of a third row. (Placed by hand: Qt 6.4's layouts crash when a layout changes its
-// columns while it is being arranged.)
+// the current folder and the switch for hidden files. Where one row is too narrow for all of it (a narrow
+// window, a large zoom), the breadcrumbs share the first row with the choice of mode and the filter the
+// second with the switch; only a very narrow view puts the switch on a third. (Placed by hand: Qt 6.4's
+// layouts crash when a layout changes its columns while it is being arranged.)
 import QtQuick
 import QtQuick.Controls
 import Orrelin
@@ -17,13 +17,15 @@ Item {
     readonly property real filterWidth: Theme.s(190)
     readonly property real controlsWidth: modePicker.width + filterWidth + hiddenSwitch.width + 2 * gap
     readonly property bool oneRow: width >= controlsWidth + Theme.s(320)
-    readonly property bool filterBelow: !oneRow && width < modePicker.width + hiddenSwitch.width + Theme.s(220)
+    // Too narrow even for the filter and the switch side by side: the switch goes below.
+    readonly property bool switchBelow: !oneRow && width < hiddenSwitch.width + Theme.s(150) + gap
+    readonly property int rows: oneRow ? 1 : switchBelow ? 3 : 2
 
-    implicitHeight: oneRow ? rowHeight : (filterBelow ? 3 : 2) * rowHeight + (filterBelow ? 2 : 1) * gap
+    implicitHeight: rows * rowHeight + (rows - 1) * gap
 
     Breadcrumbs {
         objectName: "breadcrumbs"
-        width: bar.oneRow ? bar.width - bar.controlsWidth - bar.gap : bar.width
+        width: bar.oneRow ? bar.width - bar.controlsWidth - bar.gap : bar.width - modePicker.width - bar.gap
         height: bar.rowHeight
         browser: bar.browser
         catalog: bar.catalog
@@ -32,8 +34,8 @@ Item {
     // The segmented choice of the mode.
     Rectangle {
         id: modePicker
-        x: bar.oneRow ? bar.width - bar.controlsWidth : 0
-        y: bar.oneRow ? (bar.rowHeight - height) / 2 : bar.rowHeight + bar.gap + (bar.rowHeight - height) / 2
+        x: bar.oneRow ? bar.width - bar.controlsWidth : bar.width - width
+        y: (bar.rowHeight - height) / 2
         width: modeRow.implicitWidth + Theme.s(4)
         height: modeRow.implicitHeight + Theme.s(4)
         radius: Theme.s(8)
@@ -88,12 +90,11 @@ Item {
     ThemedTextField {
         id: filterField
         objectName: "browseFilter"
-        x: bar.filterBelow ? 0 : modePicker.x + modePicker.width + bar.gap
-        y: bar.oneRow ? (bar.rowHeight - height) / 2
-           : (bar.filterBelow ? 2 : 1) * (bar.rowHeight + bar.gap) + (bar.rowHeight - height) / 2
+        x: bar.oneRow ? modePicker.x + modePicker.width + bar.gap : 0
+        y: (bar.oneRow ? 0 : bar.rowHeight + bar.gap) + (bar.rowHeight - height) / 2
         width: bar.oneRow ? bar.filterWidth
-               : bar.filterBelow ? bar.width
-               : bar.width - modePicker.width - hiddenSwitch.width - 2 * bar.gap
+               : bar.switchBelow ? bar.width
+               : bar.width - hiddenSwitch.width - bar.gap
         symbol: "line.3.horizontal.decrease"
         placeholderText: "Filter this folder"
         rightPadding: Theme.s(clearButton.visible ? 28 : 10)
@@ -124,8 +125,8 @@ Item {
     OptionSwitch {
         id: hiddenSwitch
         objectName: "hiddenFilesSwitch"
-        x: bar.width - width
-        y: modePicker.y + (modePicker.height - height) / 2
+        x: bar.switchBelow ? 0 : bar.width - width
+        y: (bar.rows - 1) * (bar.rowHeight + bar.gap) + (bar.rowHeight - height) / 2
         text: "Hidden files"
         checked: bar.browser.showHidden
         onToggled: bar.browser.showHidden = checked

@@ -22,6 +22,10 @@ FocusScope {
         return folder.rowOf(litID)
     }
 
+    // The row under the pointer, or -1.
+    property int hoveredRow: -1
+    readonly property font rowFont: Theme.f(12.5)
+
     Accessible.role: Accessible.List
     Accessible.name: depth === 0 ? "Top level" : (browser.path[depth - 1] ? browser.path[depth - 1].name : "")
 
@@ -52,6 +56,8 @@ FocusScope {
         currentIndex: column.litRow
         highlightFollowsCurrentItem: false
         boundsBehavior: Flickable.StopAtBounds
+        // Rows leaving the view are kept and given to the rows coming in.
+        reuseItems: true
         ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
 
         Keys.onUpPressed: {
@@ -74,22 +80,52 @@ FocusScope {
         Keys.onReturnPressed: column.openLit()
         Keys.onEnterPressed: column.openLit()
 
-        delegate: ColumnRow {
-            id: rowItem
-            required property var model
-            readonly property real fileID: model.fileID
-            objectName: "row:" + column.depth + ":" + (model.name || "")
-            width: ListView.view.width
-            file: model.file
-            selected: fileID === column.browser.selectedID && column.depth >= column.browser.pathLength - 1
-            onPath: column.depth < column.browser.pathLength && fileID === column.browser.pathIDs[column.depth]
-            active: list.activeFocus
-            onPressed: {
-                column.browser.select(rowItem.fileID, column.depth)
+        // One pointer area for all rows, rather than one per row.
+        MouseArea {
+            parent: list.contentItem
+            width: list.width
+            height: Math.max(list.contentHeight, list.height)
+            z: 1
+            hoverEnabled: true
+            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            // The rows stand for it before a screen reader.
+            Accessible.ignored: true
+            function rowAt(mouse) { return list.indexAt(mouse.x, mouse.y) }
+            onPositionChanged: mouse => column.hoveredRow = rowAt(mouse)
+            onExited: column.hoveredRow = -1
+            onPressed: mouse => {
+                const row = rowAt(mouse)
+                if (row >= 0) column.browser.select(column.folder.fileID(row), column.depth)
                 list.forceActiveFocus()
             }
-            onActivated: column.browser.open(rowItem.fileID)
-            onMenuRequested: column.menu.openFor(rowItem.fileID)
+            onClicked: mouse => {
+                const row = rowAt(mouse)
+                if (mouse.button === Qt.RightButton && row >= 0) column.menu.openFor(column.folder.fileID(row))
+            }
+            onDoubleClicked: mouse => {
+                const row = rowAt(mouse)
+                if (mouse.button === Qt.LeftButton && row >= 0) column.browser.open(column.folder.fileID(row))
+            }
+        }
+
+        delegate: ColumnRow {
+            id: rowItem
+            required property int index
+            required property real fileID
+            required name
+            required isDir
+            required kind
+            required thumb
+            required hidden
+            required label
+            objectName: "row:" + column.depth + ":" + name
+            width: ListView.view.width
+            nameFont: column.rowFont
+            selected: fileID === column.browser.selectedID && column.depth >= column.browser.pathLength - 1
+            onPath: column.depth < column.browser.pathLength && fileID === column.litID
+            hovered: column.hoveredRow === index
+            active: list.activeFocus
+            onPressed: column.browser.select(rowItem.fileID, column.depth)
         }
     }
 
@@ -100,7 +136,7 @@ FocusScope {
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.WordWrap
         visible: column.folder.count === 0
-        text: column.folder.total > 0 ? "No items match “" + column.browser.filter.trim() + "”" : "Empty folder"
+        text: "Empty folder"
         font: Theme.f(12)
         color: Theme.p.subtext
     }

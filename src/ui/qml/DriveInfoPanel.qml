@@ -1,5 +1,8 @@
 // Facts about the drive of the catalog shown in the browser: its name and state, a banner while it is
-// offline, the volume's facts in a compact grid, how full it is, "Update" and the "More" menu.
+// offline, the volume's facts in a compact grid, how full it is, "Update" and the "More" menu. Where the
+// panel is narrow (a narrow window, a large zoom) the facts fold into one line that says how much is
+// cataloged and how full the drive is, and open on demand as lines of label and value, so the file view
+// below keeps most of the window.
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
@@ -22,6 +25,10 @@ GlassPanel {
     // Whether the heading has room for the usage meter beside the name and buttons; else it goes below
     // the facts.
     readonly property bool roomyHeading: width >= Theme.s(760)
+    // Narrow: the facts fold away behind a summary line.
+    readonly property bool compact: !roomyHeading
+    // Whether the folded facts are open.
+    property bool factsOpen: false
     readonly property real used: known ? Math.max(0, Math.min(1, catalog.usedFraction)) : 0
 
     // How full the drive is: "62% used" over a bar that warms as the drive fills.
@@ -65,6 +72,11 @@ GlassPanel {
     readonly property string offlineText: !known || online ? ""
         : sample || !catalog.volumeName ? "Offline catalog — browse and search freely."
         : "Drive offline — insert “" + catalog.volumeName + "” to open files. Browsing and searching still work."
+
+    // The folded facts in one line: "130 files, 8 folders · 2.68 GB".
+    readonly property string summary: !known ? ""
+        : Fmt.count(catalog.fileCount) + " files, " + Fmt.count(catalog.folderCount) + " folders · "
+          + Fmt.size(catalog.totalSize)
 
     readonly property string typeText: !known ? ""
         : catalog.isNetwork ? "Network share"
@@ -123,15 +135,18 @@ GlassPanel {
                 Layout.fillWidth: true
                 spacing: Theme.s(2)
 
-                RowLayout {
+                // The name, cut short only where the row is too narrow, with its marks right after it.
+                // (Placed by hand: a layout here re-arranges itself while the zoom changes the name's
+                // width, which Qt 6.4's layouts do not survive.)
+                Item {
                     Layout.fillWidth: true
-                    spacing: Theme.s(8)
+                    implicitHeight: Math.max(nameText.implicitHeight, marks.height)
+
                     Text {
                         id: nameText
                         objectName: "driveName"
-                        // As wide as the name, giving way (and eliding) only where the row is short.
-                        Layout.preferredWidth: implicitWidth
-                        Layout.minimumWidth: Math.min(implicitWidth, Theme.s(60))
+                        width: Math.min(implicitWidth, parent.width - marks.width - Theme.s(8))
+                        anchors.verticalCenter: parent.verticalCenter
                         horizontalAlignment: Text.AlignLeft
                         text: panel.name
                         font: Theme.f(16, Font.Bold)
@@ -140,45 +155,50 @@ GlassPanel {
                         HoverHandler { id: nameHover }
                         HelpTip { text: panel.name; shown: nameHover.hovered && nameText.truncated }
                     }
-                    Rectangle {
-                        objectName: "sampleBadge"
-                        visible: panel.sample
-                        Layout.alignment: Qt.AlignVCenter
-                        implicitWidth: sampleText.implicitWidth + Theme.s(12)
-                        implicitHeight: sampleText.implicitHeight + Theme.s(4)
-                        radius: Theme.s(5)
-                        color: Theme.alpha(Theme.p.accent2, 0.14)
-                        border.width: Math.max(1, Theme.s(1))
-                        border.color: Theme.alpha(Theme.p.accent2, 0.5)
-                        Accessible.role: Accessible.StaticText
-                        Accessible.name: "Sample"
-                        Text {
-                            id: sampleText
-                            anchors.centerIn: parent
-                            text: "SAMPLE"
-                            font: Theme.f(9.5, Font.Bold)
-                            color: Theme.p.accent2
-                        }
-                    }
                     Row {
-                        Layout.alignment: Qt.AlignVCenter
-                        spacing: Theme.s(5)
-                        StatusLamp {
+                        id: marks
+                        x: nameText.width + Theme.s(8)
+                        anchors.verticalCenter: parent.verticalCenter
+                        spacing: Theme.s(8)
+                        Rectangle {
+                            objectName: "sampleBadge"
+                            visible: panel.sample
                             anchors.verticalCenter: parent.verticalCenter
-                            online: panel.online
+                            implicitWidth: sampleText.implicitWidth + Theme.s(12)
+                            implicitHeight: sampleText.implicitHeight + Theme.s(4)
+                            radius: Theme.s(5)
+                            color: Theme.alpha(Theme.p.accent2, 0.14)
+                            border.width: Math.max(1, Theme.s(1))
+                            border.color: Theme.alpha(Theme.p.accent2, 0.5)
+                            Accessible.role: Accessible.StaticText
+                            Accessible.name: "Sample"
+                            Text {
+                                id: sampleText
+                                anchors.centerIn: parent
+                                text: "SAMPLE"
+                                font: Theme.f(9.5, Font.Bold)
+                                color: Theme.p.accent2
+                            }
                         }
-                        Text {
-                            objectName: "driveStatus"
+                        Row {
                             anchors.verticalCenter: parent.verticalCenter
-                            text: panel.online ? "ONLINE" : "OFFLINE"
-                            font.family: Theme.sansFamily
-                            font.pixelSize: Theme.f(10).pixelSize
-                            font.weight: Font.Bold
-                            font.letterSpacing: Theme.s(0.8)
-                            color: panel.online ? Theme.p.ok : Theme.p.subtext
+                            spacing: Theme.s(5)
+                            StatusLamp {
+                                anchors.verticalCenter: parent.verticalCenter
+                                online: panel.online
+                            }
+                            Text {
+                                objectName: "driveStatus"
+                                anchors.verticalCenter: parent.verticalCenter
+                                text: panel.online ? "ONLINE" : "OFFLINE"
+                                font.family: Theme.sansFamily
+                                font.pixelSize: Theme.f(10).pixelSize
+                                font.weight: Font.Bold
+                                font.letterSpacing: Theme.s(0.8)
+                                color: panel.online ? Theme.p.ok : Theme.p.subtext
+                            }
                         }
                     }
-                    Item { Layout.fillWidth: true }
                 }
 
                 // The notes the user keeps about this drive, on one line; whole on hover.
@@ -286,6 +306,7 @@ GlassPanel {
         // The facts in as many columns as fit, so the panel stays a few lines tall.
         GridLayout {
             id: factGrid
+            visible: !panel.compact
             Layout.fillWidth: true
             // Nine facts: five columns make two lines, three make three; two only where nothing else fits.
             readonly property int fit: Math.floor((panel.width - 2 * panel.pad) / Theme.s(150))
@@ -293,6 +314,8 @@ GlassPanel {
             columnSpacing: Theme.s(16)
             rowSpacing: Theme.s(7)
 
+            // Always made, only hidden: Qt 6.4's layouts crash when their items go while they are being
+            // arranged, as on a change of zoom.
             Repeater {
                 model: panel.facts
                 delegate: DriveInfoFact {
@@ -307,10 +330,117 @@ GlassPanel {
             }
         }
 
-        UsageMeter {
-            objectName: "usageBarBelow"
-            visible: panel.capacityKnown && !panel.roomyHeading
+        // Narrow: the summary line with the button that opens the facts, and how full the drive is.
+        Item {
+            visible: panel.compact
             Layout.fillWidth: true
+            implicitHeight: factsToggle.implicitHeight
+
+            AbstractButton {
+                id: factsToggle
+                objectName: "driveFactsToggle"
+                hoverEnabled: true
+                checkable: true
+                checked: panel.factsOpen
+                onToggled: panel.factsOpen = checked
+                leftPadding: Theme.s(4)
+                rightPadding: Theme.s(8)
+                topPadding: Theme.s(3)
+                bottomPadding: Theme.s(3)
+                text: panel.factsOpen ? "Hide details" : "Details"
+                Accessible.role: Accessible.CheckBox
+                Accessible.name: "Drive details"
+                Accessible.checkable: true
+                Accessible.checked: checked
+                Accessible.onToggleAction: toggle()
+                Accessible.onPressAction: toggle()
+                contentItem: Row {
+                    spacing: Theme.s(5)
+                    SvgIcon {
+                        anchors.verticalCenter: parent.verticalCenter
+                        symbol: "chevron.right"
+                        size: Theme.s(10)
+                        rotation: panel.factsOpen ? 90 : 0
+                        color: factsToggle.hovered ? Theme.p.accent : Theme.p.subtext
+                    }
+                    SectionTitle {
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: factsToggle.text
+                        font.pixelSize: Theme.f(9.5).pixelSize
+                        color: factsToggle.hovered ? Theme.p.text : Theme.p.subtext
+                    }
+                }
+                background: Rectangle {
+                    radius: Theme.s(5)
+                    color: Theme.alpha(Theme.p.accent, factsToggle.down ? 0.2 : factsToggle.hovered ? 0.1 : 0)
+                    border.width: factsToggle.visualFocus ? Math.max(1, Theme.s(1)) : 0
+                    border.color: Theme.p.glow
+                }
+            }
+            Text {
+                objectName: "driveFactsSummary"
+                anchors.left: factsToggle.right
+                anchors.leftMargin: Theme.s(10)
+                anchors.right: compactUsage.visible ? compactUsage.left : parent.right
+                anchors.rightMargin: Theme.s(10)
+                anchors.verticalCenter: factsToggle.verticalCenter
+                text: panel.summary
+                font: Theme.f(12, Font.Medium)
+                color: Theme.p.text
+                elide: Text.ElideRight
+            }
+            Row {
+                id: compactUsage
+                objectName: "usageBarCompact"
+                visible: panel.capacityKnown
+                anchors.right: parent.right
+                anchors.verticalCenter: factsToggle.verticalCenter
+                spacing: Theme.s(8)
+                Accessible.role: Accessible.ProgressBar
+                Accessible.name: Math.round(panel.used * 100) + "% used"
+                Text {
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: Math.round(panel.used * 100) + "% used"
+                    font: Theme.f(10.5, Font.Medium)
+                    color: Theme.p.subtext
+                }
+                Rectangle {
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: Theme.s(90)
+                    height: Math.max(3, Theme.s(5))
+                    radius: height / 2
+                    color: Theme.alpha(Theme.p.subtext, 0.18)
+                    Rectangle {
+                        width: Math.max(height, parent.width * panel.used)
+                        height: parent.height
+                        radius: height / 2
+                        visible: panel.used > 0
+                        color: panel.used > 0.9 ? Theme.p.danger : panel.used > 0.75 ? Theme.p.warn : Theme.p.accent
+                    }
+                }
+            }
+        }
+
+        // The opened facts, as many to a line as fit.
+        Flow {
+            objectName: "driveFactsFlow"
+            visible: panel.compact && panel.factsOpen
+            Layout.fillWidth: true
+            spacing: Theme.s(6)
+
+            Repeater {
+                model: panel.facts
+                delegate: DriveInfoFact {
+                    required property var modelData
+                    objectName: "driveFactInline:" + modelData.label
+                    inline: true
+                    // The label and value with room to breathe before the next fact.
+                    width: Math.min(implicitWidth + Theme.s(18), parent.width)
+                    height: implicitHeight
+                    label: modelData.label
+                    value: modelData.value
+                }
+            }
         }
     }
 

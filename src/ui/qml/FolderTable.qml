@@ -24,30 +24,59 @@ FocusScope {
                                     { title: "Size", key: "size", fixed: Theme.s(150) },
                                     { title: "Modified", key: "sortModified", fixed: Theme.s(150) },
                                     { title: "Tags", key: "", fixed: Theme.s(130) }]
+    // The narrowest the name may be before columns give way: in a narrow view (a large zoom) the tags go
+    // first, then the kind, then the date, rather than the list scrolling sideways.
+    readonly property real nameMinimum: Theme.s(140)
+    readonly property var shown: {
+        const keep = [true, true, true, true, true]
+        let total = nameMinimum + Theme.s(12)
+        for (const c of columns) total += c.fixed || 0
+        for (const i of [4, 1, 3]) {
+            if (total <= list.width) break
+            keep[i] = false
+            total -= columns[i].fixed
+        }
+        return keep
+    }
     readonly property real fixedWidth: {
         let fixed = 0
-        for (const c of columns) fixed += c.fixed || 0
+        for (let i = 0; i < columns.length; ++i) if (shown[i]) fixed += columns[i].fixed || 0
         return fixed
     }
-    // The name takes what the others leave; a view too narrow for all of them scrolls sideways.
-    readonly property real rowWidth: Math.max(list.width, fixedWidth + Theme.s(200) + Theme.s(12))
+    // The name takes what the others leave; only a view too narrow for the name and size scrolls sideways.
+    readonly property real rowWidth: Math.max(list.width, fixedWidth + nameMinimum + Theme.s(12))
     function columnWidth(column) {
         return column.fixed ? column.fixed : rowWidth - fixedWidth - Theme.s(12)
     }
     // Where column `index` starts within a row (the header's cells start at 6).
     function columnX(index) {
         let x = 0
-        for (let i = 0; i < index; ++i) x += columnWidth(columns[i])
+        for (let i = 0; i < index; ++i) if (shown[i]) x += columnWidth(columns[i])
         return x
     }
+    // What every row shares, worked out once here rather than in each row: a scroll makes a page of rows
+    // at a time.
+    readonly property var cellX: [columnX(0) + Theme.s(12), columnX(1) + Theme.s(12), columnX(2) + Theme.s(12),
+                                  columnX(3) + Theme.s(12), columnX(4) + Theme.s(12)]
+    readonly property var cellWidth: [columnWidth(columns[0]) - Theme.s(10), columnWidth(columns[1]) - Theme.s(10),
+                                      columnWidth(columns[2]) - Theme.s(10), columnWidth(columns[3]) - Theme.s(10),
+                                      columnWidth(columns[4]) - Theme.s(10)]
+    readonly property real rowHeight: Math.max(iconSize, Theme.s(16)) + Theme.s(10)
+    readonly property font cellFont: Theme.f(12)
+    readonly property font sizeFont: Theme.f(12, Font.Normal, true)
+    readonly property color nameColor: Theme.p.text
+    readonly property color hiddenColor: Theme.alpha(Theme.p.text, 0.6)
+    readonly property color cellColor: Theme.alpha(Theme.p.text, 0.72)
+    readonly property color selectedColor: Theme.alpha(Theme.p.accent, list.activeFocus ? 0.28 : 0.2)
+    readonly property color hoverColor: Theme.alpha(Theme.p.text, 0.05)
+    readonly property color stripeColor: Theme.alpha(Theme.p.text, 0.02)
+    // The row under the pointer, or -1.
+    property int hoveredRow: -1
+
     function selectRow(row) {
         if (row < 0 || row >= folder.count) return
         browser.tableSelection = folder.fileID(row)
         list.positionViewAtIndex(row, ListView.Contain)
-    }
-    // "1.2 GB · 14 items" for a folder, the size alone for a file.
-    function sizeText(f) {
-        return f.isDir ? Fmt.size(f.size) + " · " + Math.round(f.itemCount) + " items" : Fmt.size(f.size)
     }
 
     ColumnLayout {
@@ -77,10 +106,12 @@ FocusScope {
                     delegate: AbstractButton {
                         id: headerCell
                         required property var modelData
+                        required property int index
+                        visible: table.shown[index]
                         readonly property bool sortable: modelData.key.length > 0
                         readonly property bool sorted: sortable && table.browser.sortKey === modelData.key
                         objectName: "folderHeader_" + modelData.title
-                        width: table.columnWidth(modelData)
+                        width: visible ? table.columnWidth(modelData) : 0
                         height: parent.height
                         hoverEnabled: sortable
                         enabled: sortable
@@ -125,6 +156,8 @@ FocusScope {
             currentIndex: table.selectedRow
             highlightFollowsCurrentItem: false
             boundsBehavior: Flickable.StopAtBounds
+            // Rows leaving the view are kept and given to the rows coming in.
+            reuseItems: true
             contentWidth: table.rowWidth
             flickableDirection: Flickable.AutoFlickIfNeeded
             ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
@@ -137,106 +170,128 @@ FocusScope {
             Keys.onReturnPressed: table.browser.primaryAction()
             Keys.onEnterPressed: table.browser.primaryAction()
 
+            // One pointer area for all rows, rather than one per row.
+            MouseArea {
+                id: rowsArea
+                parent: list.contentItem
+                width: Math.max(list.contentItem.width, table.rowWidth)
+                height: Math.max(list.contentHeight, list.height)
+                z: 1
+                hoverEnabled: true
+                acceptedButtons: Qt.LeftButton | Qt.RightButton
+                // The rows stand for it before a screen reader.
+                Accessible.ignored: true
+                function rowAt(mouse) { return list.indexAt(mouse.x, mouse.y) }
+                onPositionChanged: mouse => table.hoveredRow = rowAt(mouse)
+                onExited: table.hoveredRow = -1
+                onPressed: mouse => {
+                    const row = rowAt(mouse)
+                    if (row >= 0) table.browser.tableSelection = table.folder.fileID(row)
+                    list.forceActiveFocus()
+                }
+                onClicked: mouse => {
+                    const row = rowAt(mouse)
+                    if (mouse.button === Qt.RightButton && row >= 0) table.menu.openFor(table.folder.fileID(row))
+                }
+                onDoubleClicked: mouse => {
+                    if (mouse.button === Qt.LeftButton && rowAt(mouse) >= 0) table.browser.primaryAction()
+                }
+            }
+
+            // Plain rows: text cells placed by hand, the picture's and the tags' parts only where there
+            // is something to show.
             delegate: Rectangle {
                 id: row
-                required property var model
                 required property int index
-                readonly property var f: model.file
-                readonly property real fileID: model.fileID
+                required property real fileID
+                required property string name
+                required property bool isDir
+                required property string kind
+                required property bool hidden
+                required property int label
+                required property var tags
+                required property string thumb
+                required property string sizeText
+                required property string modifiedText
                 readonly property bool selected: table.browser.tableSelection === fileID
-                objectName: "tableRow:" + (model.name || "")
+                objectName: "tableRow:" + name
                 width: table.rowWidth
-                height: Math.max(table.iconSize, Theme.s(16)) + Theme.s(10)
-                color: selected ? Theme.alpha(Theme.p.accent, list.activeFocus ? 0.28 : 0.2)
-                     : rowArea.containsMouse ? Theme.alpha(Theme.p.text, 0.05)
-                     : index % 2 ? Theme.alpha(Theme.p.text, 0.02) : "transparent"
+                height: table.rowHeight
+                color: selected ? table.selectedColor
+                     : table.hoveredRow === index ? table.hoverColor
+                     : index % 2 ? table.stripeColor : "transparent"
                 radius: Theme.s(4)
                 Accessible.role: Accessible.ListItem
-                Accessible.name: f.name + ", " + f.kind + ", " + table.sizeText(f)
+                Accessible.name: name + ", " + kind + ", " + sizeText
                 Accessible.selected: selected
                 Accessible.onPressAction: table.browser.tableSelection = fileID
 
-                MouseArea {
-                    id: rowArea
-                    anchors.fill: parent
-                    hoverEnabled: true
-                    acceptedButtons: Qt.LeftButton | Qt.RightButton
-                    onPressed: mouse => {
-                        table.browser.tableSelection = row.fileID
-                        list.forceActiveFocus()
-                    }
-                    onClicked: mouse => {
-                        if (mouse.button === Qt.RightButton) table.menu.openFor(row.fileID)
-                    }
-                    onDoubleClicked: mouse => {
-                        if (mouse.button === Qt.LeftButton) table.browser.primaryAction()
-                    }
+                ThumbIcon {
+                    id: rowIcon
+                    x: table.cellX[0]
+                    y: (row.height - height) / 2
+                    kind: row.kind
+                    thumb: row.thumb
+                    size: table.iconSize
                 }
-
-                // One cell per column, made directly rather than by a repeater: a page of rows is made
-                // at every scroll step, and each cell made for nothing costs frames.
-                Item {
-                    id: nameCell
-                    x: Theme.s(12)
-                    width: table.columnWidth(table.columns[0]) - Theme.s(10)
+                Text {
+                    objectName: "cell_name"
+                    x: rowIcon.x + rowIcon.width + Theme.s(7)
+                    width: table.cellWidth[0] - rowIcon.width - Theme.s(7)
                     height: row.height
-                    ThumbIcon {
-                        id: rowIcon
-                        anchors.verticalCenter: parent.verticalCenter
-                        file: row.f
-                        size: table.iconSize
-                    }
-                    Text {
-                        objectName: "cell_name"
-                        anchors.left: rowIcon.right
-                        anchors.leftMargin: Theme.s(7)
-                        anchors.right: parent.right
-                        anchors.verticalCenter: parent.verticalCenter
-                        elide: Text.ElideMiddle
-                        font: Theme.f(12)
-                        color: row.f.hidden ? Theme.alpha(Theme.p.text, 0.6) : Theme.p.text
-                        text: row.f.name
-                    }
+                    verticalAlignment: Text.AlignVCenter
+                    elide: Text.ElideMiddle
+                    font: table.cellFont
+                    color: row.hidden ? table.hiddenColor : table.nameColor
+                    text: row.name
                 }
                 Text {
                     objectName: "cell_kindName"
-                    x: table.columnX(1) + Theme.s(12)
-                    width: table.columnWidth(table.columns[1]) - Theme.s(10)
-                    anchors.verticalCenter: parent.verticalCenter
+                    visible: table.shown[1]
+                    x: table.cellX[1]
+                    width: table.cellWidth[1]
+                    height: row.height
+                    verticalAlignment: Text.AlignVCenter
                     elide: Text.ElideRight
-                    font: Theme.f(12)
-                    color: Theme.alpha(Theme.p.text, 0.72)
-                    text: row.f.kind
+                    font: table.cellFont
+                    color: table.cellColor
+                    text: row.kind
                 }
                 Text {
                     objectName: "cell_size"
-                    x: table.columnX(2) + Theme.s(12)
-                    width: table.columnWidth(table.columns[2]) - Theme.s(10)
-                    anchors.verticalCenter: parent.verticalCenter
+                    x: table.cellX[2]
+                    width: table.cellWidth[2]
+                    height: row.height
+                    verticalAlignment: Text.AlignVCenter
                     elide: Text.ElideRight
-                    font: Theme.f(12, Font.Normal, true)
-                    color: Theme.alpha(Theme.p.text, 0.72)
-                    text: table.sizeText(row.f)
+                    font: table.sizeFont
+                    color: table.cellColor
+                    text: row.sizeText
                 }
                 Text {
                     objectName: "cell_sortModified"
-                    x: table.columnX(3) + Theme.s(12)
-                    width: table.columnWidth(table.columns[3]) - Theme.s(10)
-                    anchors.verticalCenter: parent.verticalCenter
+                    visible: table.shown[3]
+                    x: table.cellX[3]
+                    width: table.cellWidth[3]
+                    height: row.height
+                    verticalAlignment: Text.AlignVCenter
                     elide: Text.ElideRight
-                    font: Theme.f(12)
-                    color: Theme.alpha(Theme.p.text, 0.72)
-                    text: Fmt.date(row.f.modified)
+                    font: table.cellFont
+                    color: table.cellColor
+                    text: row.modifiedText
                 }
-                Item {
-                    x: table.columnX(4) + Theme.s(12)
-                    width: table.columnWidth(table.columns[4]) - Theme.s(10)
+                Loader {
+                    x: table.cellX[4]
+                    width: table.cellWidth[4]
                     height: row.height
                     clip: true
-                    TagChips {
-                        anchors.verticalCenter: parent.verticalCenter
-                        tags: row.f.tags
-                        label: row.f.label
+                    active: table.shown[4] && (row.tags.length > 0 || row.label >= 1)
+                    sourceComponent: Item {
+                        TagChips {
+                            anchors.verticalCenter: parent.verticalCenter
+                            tags: row.tags
+                            label: row.label
+                        }
                     }
                 }
             }

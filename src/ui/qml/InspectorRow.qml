@@ -1,5 +1,6 @@
 // One row of the file inspector: a label at the left and its value, which wraps (anywhere, for paths and
-// checksums that have no spaces) and can be selected and copied.
+// checksums that have no spaces) and can be selected and copied. In a narrow inspector (a large zoom) the
+// value goes below its label and takes the whole width.
 import QtQuick
 import Orrelin
 
@@ -11,11 +12,14 @@ Item {
     // The width of the label column, shared by the rows of one inspector so their values line up.
     property real labelWidth: Theme.s(86)
 
-    implicitHeight: Math.max(labelText.implicitHeight, valueText.implicitHeight)
+    readonly property bool stacked: width < Theme.s(250)
+
+    implicitHeight: stacked ? labelText.implicitHeight + Theme.s(2) + valueText.implicitHeight
+                            : Math.max(labelText.implicitHeight, valueText.implicitHeight)
 
     Text {
         id: labelText
-        width: row.labelWidth
+        width: row.stacked ? row.width : row.labelWidth
         text: row.label
         font: Theme.f(11.5)
         color: Theme.p.subtext
@@ -25,9 +29,9 @@ Item {
     TextEdit {
         id: valueText
         objectName: "value"
-        anchors.left: labelText.right
-        anchors.leftMargin: Theme.s(10)
-        anchors.right: parent.right
+        x: row.stacked ? 0 : row.labelWidth + Theme.s(10)
+        y: row.stacked ? labelText.implicitHeight + Theme.s(2) : 0
+        width: row.width - x
         text: row.value
         readOnly: true
         selectByMouse: true
