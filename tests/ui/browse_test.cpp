@@ -47,8 +47,12 @@ class BrowseTest : public MainWindowTest {
     MainWindowTest::TearDown();
   }
 
-  // The browser of the screen; null while none is shown.
-  CatalogBrowser* browser() { return qobject_cast<CatalogBrowser*>(find("catalogBrowser")); }
+  // The browser of the screen; null while none is shown. One let go (by leaving the screen) is deleted
+  // first, so it is not found in place of the new one.
+  CatalogBrowser* browser() {
+    flushDeletes();
+    return qobject_cast<CatalogBrowser*>(find("catalogBrowser"));
+  }
   std::vector<std::string> pathNames() {
     std::vector<std::string> list;
     for (const FileRecord& f : browser()->path()) list.push_back(f.name);
