@@ -253,8 +253,11 @@ TEST_F(BrowseTest, ALargeZoomKeepsTheFileViewRoomy) {
   const fs::path deep = dir.path() / "A rather long folder name" / "Another long folder name" / "Third level" /
                         "Fourth level of folders" / "Fifth";
   writeFile(deep / "song.mp3", "m");
-  const Catalog c = browseTree(dir, "A cartridge with a long name for its drive");
+  // The zoom is set before the screen is built: Qt 6.4's layouts can crash while a live zoom change
+  // re-arranges the browser, a fault still open, which is not what this test is about.
   ui().setZoom(1.75);
+  settle();
+  const Catalog c = browseTree(dir, "A cartridge with a long name for its drive");
   settle();
 
   // The facts, folded: the summary line and, opened, every fact beside its label.
